@@ -1,0 +1,88 @@
+#pragma once
+
+#include "shell/Dialogs.h"
+
+#include <QAction>
+#include <QDialog>
+#include <QList>
+#include <QMenu>
+#include <QPoint>
+#include <QQueue>
+#include <functional>
+
+// Answers the editor's questions from a script and records what was asked.
+// An unscripted message is answered with its first button (Yes before No before Cancel),
+// an unscripted file dialog and popup menu are cancelled.
+class ScriptedDialogs : public Dialogs {
+public:
+    struct Message {
+        QString text;
+        QString title;
+        QMessageBox::Icon icon;
+        QMessageBox::StandardButtons buttons;
+    };
+    struct FileQuestion {
+        QString title;
+        QString filter;
+        QString dir;
+    };
+
+    QList<Message> messages;
+    QList<FileQuestion> openQuestions;
+    QList<FileQuestion> saveQuestions;
+    QList<QStringList> popups; // the object names of each popup's actions
+    int modalCount = 0;
+
+    QQueue<QMessageBox::StandardButton> messageAnswers;
+    QQueue<QString> openAnswers;
+    QQueue<QString> saveAnswers;
+    QQueue<QString> popupAnswers;           // object name of the action to choose, "" dismisses
+    std::function<void(QDialog &)> onModal; // runs while the dialog would be shown
+
+    QMessageBox::StandardButton message(const QString &text, const QString &title,
+                                        QMessageBox::Icon icon,
+                                        QMessageBox::StandardButtons buttons) override {
+        messages.append({text, title, icon, buttons});
+        if (!messageAnswers.isEmpty())
+            return messageAnswers.dequeue();
+        for (auto b : {QMessageBox::Ok, QMessageBox::Yes, QMessageBox::No, QMessageBox::Cancel})
+            if (buttons.testFlag(b))
+                return b;
+        return QMessageBox::NoButton;
+    }
+
+    QString openFileName(const QString &title, const QString &filter, const QString &dir) override {
+        openQuestions.append({title, filter, dir});
+        return openAnswers.isEmpty() ? QString() : openAnswers.dequeue();
+    }
+
+    QString saveFileName(const QString &title, const QString &filter, const QString &dir) override {
+        saveQuestions.append({title, filter, dir});
+        return saveAnswers.isEmpty() ? QString() : saveAnswers.dequeue();
+    }
+
+    QAction *popup(QMenu &menu, const QPoint &) override {
+        QStringList names;
+        for (QAction *action : menu.actions())
+            names.append(action->objectName());
+        popups.append(names);
+        const QString choice = popupAnswers.isEmpty() ? QString() : popupAnswers.dequeue();
+        for (QAction *action : menu.actions())
+            if (!choice.isEmpty() && action->objectName() == choice)
+                return action;
+        return nullptr;
+    }
+
+    void showModal(QDialog &dialog) override {
+        ++modalCount;
+        if (onModal)
+            onModal(dialog);
+    }
+
+    QStringList messageTexts() const {
+        QStringList texts;
+        for (const Message &m : messages)
+            texts.append(m.text);
+        return texts;
+    }
+};
