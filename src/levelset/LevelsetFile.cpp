@@ -1,0 +1,167 @@
+#include "levelset/LevelsetFile.h"
+
+#include "levelset/LevelsetName.h"
+
+#include <QFile>
+#include <QSaveFile>
+#include <QStringList>
+#include <algorithm>
+
+namespace {
+
+constexpr int GridSize = LevelRecord::GridSize;
+
+// Bytes are taken strictly in file order; a byte past the end reads as 0.
+class ByteReader {
+public:
+    explicit ByteReader(QByteArrayView bytes) : bytes_(bytes) {}
+
+    std::uint8_t next() {
+        if (position_ >= bytes_.size()) {
+            pastEnd_ = true;
+            return 0;
+        }
+        return static_cast<std::uint8_t>(bytes_[position_++]);
+    }
+    void skip(qsizetype count) {
+        for (qsizetype i = 0; i < count; ++i)
+            next();
+    }
+    bool pastEnd() const { return pastEnd_; }
+    bool unread() const { return position_ < bytes_.size(); }
+
+private:
+    QByteArrayView bytes_;
+    qsizetype position_ = 0;
+    bool pastEnd_ = false;
+};
+
+// Reads a level's cells row by row. Returns false when a row or column reaches 32, which is
+// where reading stops.
+bool readCells(ByteReader &reader, LevelRecord &level) {
+    for (int y = 0; y < level.height(); ++y)
+        for (int x = 0; x < level.width(); ++x) {
+            if (x >= GridSize || y >= GridSize)
+                return false;
+            level.tile(x, y) = reader.next();
+        }
+    return true;
+}
+
+bool isUndersize(const LevelRecord &level) {
+    return level.width() < LevelRecord::MinWidth || level.height() < LevelRecord::MinHeight;
+}
+
+} // namespace
+
+QByteArray writeLevelset(const Levelset &levelset, const QString &path) {
+    QByteArray bytes;
+    bytes.reserve(LevelsetFileMaxSize);
+    bytes += levelsetTag(path).toLatin1();
+    bytes += static_cast<char>(levelset.levelCount);
+    bytes += static_cast<char>(levelset.reserved1);
+    bytes += static_cast<char>(levelset.reserved2);
+    for (const Levelset::Passcode &code : levelset.passcodes)
+        bytes.append(code.data(), Levelset::PasscodeLength);
+
+    // The model keeps these within bounds; the limits only make a broken model unable to read
+    // past its arrays.
+    const int levels = std::min<int>(levelset.levelCount, Levelset::MaxLevels);
+    for (int i = 0; i < levels; ++i) {
+        const LevelRecord &level = levelset.levels[i];
+        bytes.append(reinterpret_cast<const char *>(level.header.data()), LevelRecord::HeaderSize);
+        const int height = std::min(level.height(), GridSize);
+        const int width = std::min(level.width(), GridSize);
+        for (int y = 0; y < height; ++y)
+            for (int x = 0; x < width; ++x)
+                bytes += static_cast<char>(level.tile(x, y));
+    }
+    return bytes;
+}
+
+ReadReport readLevelset(Levelset &levelset, QByteArrayView bytes) {
+    ReadReport report;
+    ByteReader reader(bytes);
+
+    reader.skip(LevelsetTagLength);
+    const int count = reader.next();
+    levelset.reserved1 = reader.next();
+    levelset.reserved2 = reader.next();
+    for (Levelset::Passcode &code : levelset.passcodes)
+        for (char &c : code)
+            c = static_cast<char>(reader.next());
+
+    int levelsRead = 0;
+    for (int i = 0; i < count; ++i) {
+        if (i == Levelset::MaxLevels) {
+            report.countOver8 = true;
+            break;
+        }
+        LevelRecord &level = levelset.levels[i];
+        for (std::uint8_t &byte : level.header)
+            byte = reader.next();
+        ++levelsRead;
+        if (!readCells(reader, level)) {
+            report.oversizeLevel = i;
+            level.header[LevelRecord::Height] = std::min(level.height(), GridSize);
+            level.header[LevelRecord::Width] = std::min(level.width(), GridSize);
+            break;
+        }
+    }
+    for (int i = 0; i < levelsRead; ++i)
+        if (isUndersize(levelset.levels[i]))
+            report.undersizeLevels.append(i);
+
+    report.countZero = count == 0;
+    levelset.levelCount =
+        static_cast<std::uint8_t>(std::clamp(count, 1, static_cast<int>(Levelset::MaxLevels)));
+    levelset.currentLevel = 0;
+    report.shortFile = reader.pastEnd();
+    report.trailingBytes = reader.unread();
+    return report;
+}
+
+bool ReadReport::clean() const {
+    return !shortFile && !countZero && !countOver8 && oversizeLevel < 0 && !trailingBytes &&
+           undersizeLevels.isEmpty();
+}
+
+QString ReadReport::summary() const {
+    QStringList parts;
+    if (shortFile)
+        parts << QStringLiteral("the file ended early");
+    if (countZero)
+        parts << QStringLiteral("a level count of 0 was read as 1");
+    if (countOver8)
+        parts << QStringLiteral("only the first 8 levels were read");
+    if (oversizeLevel >= 0)
+        parts
+            << QStringLiteral("level %1 is larger than 32 x 32 and was cut").arg(oversizeLevel + 1);
+    if (trailingBytes)
+        parts << QStringLiteral("bytes after the last level were ignored");
+    for (int level : undersizeLevels)
+        parts << QStringLiteral("level %1 is smaller than 12 x 8").arg(level + 1);
+    return parts.join(QStringLiteral("; "));
+}
+
+QString saveLevelsetFile(const Levelset &levelset, const QString &path) {
+    const QByteArray bytes = writeLevelset(levelset, path);
+    QSaveFile file(path);
+    if (file.open(QIODevice::WriteOnly) && file.write(bytes) == bytes.size() && file.commit())
+        return {};
+    // commit() is never reached after a failed open or write; the destructor then drops the
+    // temporary file and the old file stays as it was.
+    return QStringLiteral("Could not write %1: %2").arg(path, file.errorString());
+}
+
+std::optional<ReadReport> readLevelsetFile(Levelset &levelset, const QString &path) {
+    QFile file(path);
+    if (!file.open(QIODevice::ReadOnly))
+        return std::nullopt;
+    // One byte more than the largest file tells whether anything trails; a huge or endless
+    // file (a device) is never read whole.
+    const QByteArray bytes = file.read(LevelsetFileMaxSize + 1);
+    if (file.error() != QFileDevice::NoError)
+        return std::nullopt;
+    return readLevelset(levelset, bytes);
+}
