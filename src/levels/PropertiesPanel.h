@@ -20,6 +20,7 @@ public:
     PropertiesPanel(Levelset &levelset, Dialogs &dialogs, QWidget *client);
 
     // Shows the level's types, passcode, objectives and time (the window places the markers).
+    // The level must be the current one: the handlers this sets off write into the current level.
     void loadLevel(std::int16_t &level);
 
     QGroupBox *fraLevelType;
@@ -44,6 +45,9 @@ public:
     void txtTime_Change();
 
 private:
+    void numberChanged(QLineEdit &field, int headerByte);
+    void warn(const QString &text);
+
     Levelset &levelset_;
     Dialogs &dialogs_;
 };
