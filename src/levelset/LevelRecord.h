@@ -41,4 +41,6 @@ struct LevelRecord {
 
     // The default level: 12 x 8, start top-left, finish bottom-right, every cell floor.
     void reset();
+
+    bool operator==(const LevelRecord &) const = default;
 };

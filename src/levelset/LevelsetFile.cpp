@@ -101,7 +101,9 @@ ReadReport readLevelset(Levelset &levelset, QByteArrayView bytes) {
         for (std::uint8_t &byte : level.header)
             byte = reader.next();
         ++levelsRead;
-        if (!readCells(reader, level)) {
+        // A size over 32 stops reading at this level even when no cell lies outside the grid
+        // (a height of 0 with a width of 40): the rest of the file cannot be trusted.
+        if (!readCells(reader, level) || level.height() > GridSize || level.width() > GridSize) {
             report.oversizeLevel = i;
             level.header[LevelRecord::Height] = std::min(level.height(), GridSize);
             level.header[LevelRecord::Width] = std::min(level.width(), GridSize);
