@@ -3,6 +3,7 @@
 #include "levelset/Levelset.h"
 #include "view/RandomTiles.h"
 
+#include <QKeySequence>
 #include <QMainWindow>
 #include <array>
 #include <cstdint>
@@ -31,6 +32,7 @@ public:
     explicit frmMain(Dialogs *dialogs = nullptr, QWidget *parent = nullptr);
     ~frmMain() override;
 
+    // Construction builds every control and menu; Form_Load then sets up the first levelset.
     void Form_Load();
 
     // The document and the editing state; tests read them directly.
@@ -69,6 +71,8 @@ public:
     QAction *mnuFileSave = nullptr;
     QAction *mnuFileSaveAs = nullptr;
     QAction *mnuFileExit = nullptr;
+    // The View items and the four right-button modes show check marks, but choosing one leaves
+    // its mark alone: the item's handler sets the marks.
     QMenu *mnuView = nullptr;
     QAction *mnuViewStart = nullptr;
     QAction *mnuViewFinish = nullptr;
@@ -157,8 +161,24 @@ public:
 
 protected:
     void closeEvent(QCloseEvent *event) override;
+    void showEvent(QShowEvent *event) override;
 
 private:
+    // Window construction: MainControls.cpp, MainMenus.cpp, MainToolbar.cpp.
+    void createControls();
+    void createMarkers();
+    void createMenus();
+    void createPopupMenus();
+    void createToolbar();
+    void createStatusBar();
+    QAction *addItem(QMenu *menu, const char *name, const QString &caption,
+                     void (frmMain::*handler)(), const QKeySequence &shortcut = {});
+    void updateClock();
+    void showCurrentLevel();
+
     std::unique_ptr<Dialogs> ownDialogs_;
     Dialogs *dialogs_;
+    QLabel *statusDate_ = nullptr;
+    QLabel *statusTime_ = nullptr;
+    bool centred_ = false;
 };

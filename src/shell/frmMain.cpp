@@ -1,0 +1,211 @@
+#include "shell/frmMain.h"
+
+#include "levels/LevelList.h"
+#include "levels/LevelResize.h"
+#include "levels/PropertiesPanel.h"
+#include "shell/Dialogs.h"
+#include "shell/SystemInfo.h"
+#include "shell/frmAbout.h"
+#include "view/LevelView.h"
+#include "view/Marker.h"
+#include "view/Tileset.h"
+
+#include <QCloseEvent>
+#include <QGuiApplication>
+#include <QLabel>
+#include <QLayout>
+#include <QScreen>
+#include <QWindow>
+
+// The window itself, the routines that show a level, the level list and resize commands, the
+// toolbar dispatch and About. The controls are built in MainControls.cpp, the menus in
+// MainMenus.cpp and the toolbar and status bar in MainToolbar.cpp.
+
+frmMain::frmMain(Dialogs *dialogs, QWidget *parent)
+    : QMainWindow(parent, Qt::Window | Qt::CustomizeWindowHint | Qt::WindowTitleHint |
+                              Qt::WindowSystemMenuHint | Qt::WindowCloseButtonHint |
+                              Qt::MSWindowsFixedSizeDialogHint),
+      dialogs_(dialogs) {
+    if (!dialogs_) {
+        ownDialogs_ = std::make_unique<PlatformDialogs>(this);
+        dialogs_ = ownDialogs_.get();
+    }
+    setObjectName(QStringLiteral("frmMain"));
+    setWindowTitle(ApplicationTitle);
+    QIcon icon;
+    icon.addFile(QStringLiteral(":/images/icon32.png"), QSize(32, 32));
+    icon.addFile(QStringLiteral(":/images/icon16.png"), QSize(16, 16));
+    setWindowIcon(icon);
+
+    createControls();
+    createMarkers();
+    createMenus();
+    createPopupMenus();
+    createToolbar();
+    createStatusBar();
+
+    // The client area has a fixed size, so the window is as big as the menu bar and that area.
+    layout()->setSizeConstraint(QLayout::SetFixedSize);
+}
+
+frmMain::~frmMain() = default;
+
+void frmMain::Form_Load() {
+    newLevelset();
+    selectedTile = 0;
+    levelset.currentLevel = 0;
+    rightButtonMode = 0;
+    updateLevelLabel();
+}
+
+void frmMain::newLevelset() {
+    levelset.reset();
+    setWindowTitle(::windowTitle(levelset.levelsetPath));
+    drawLevel(levelset.currentLevel);
+    updateLevelLabel();
+    loadLevel(levelset.currentLevel);
+}
+
+void frmMain::drawLevel(std::int16_t level) {
+    picLevel->drawLevel(levelset.levels[level]);
+    picLevel->present();
+}
+
+void frmMain::updateLevelLabel() {
+    lblLevelNum->setText(levelLabel(levelset));
+}
+
+void frmMain::loadLevel(std::int16_t &level) {
+    const LevelRecord &record = levelset.levels[level];
+    const auto cell = [&](LevelRecord::HeaderByte x, LevelRecord::HeaderByte y) {
+        return QPoint(Tileset::CellSize * record.header[x], Tileset::CellSize * record.header[y]);
+    };
+    shpStart->place(cell(LevelRecord::StartX, LevelRecord::StartY));
+    shpFinish->place(cell(LevelRecord::FinishX, LevelRecord::FinishY));
+    shpPut->place(cell(LevelRecord::PutX, LevelRecord::PutY));
+    shpTake->place(cell(LevelRecord::TakeX, LevelRecord::TakeY));
+    shpPutType->place(Tileset::cellOrigin(record.header[LevelRecord::PutType]));
+    shpTakeType->place(Tileset::cellOrigin(record.header[LevelRecord::TakeType]));
+    panel->loadLevel(level);
+}
+
+void frmMain::setStatusText(const QString &text) {
+    statusText->setText(text);
+}
+
+// Previous and Next show the level they moved to; the panel comes last because its handlers
+// write into the level that is current by then.
+void frmMain::showCurrentLevel() {
+    drawLevel(levelset.currentLevel);
+    updateLevelLabel();
+    levelCursor->place(QPoint(0, 0));
+    loadLevel(levelset.currentLevel);
+}
+
+void frmMain::mnuLevelRemove_Click() {
+    if (removeLevel(levelset))
+        updateLevelLabel();
+}
+
+void frmMain::mnuLevelAdd_Click() {
+    addLevel(levelset);
+    updateLevelLabel();
+}
+
+void frmMain::mnuLevelPrevious_Click() {
+    if (previousLevel(levelset))
+        showCurrentLevel();
+}
+
+void frmMain::mnuLevelNext_Click() {
+    if (nextLevel(levelset))
+        showCurrentLevel();
+}
+
+// A resize repaints even at a limit.
+void frmMain::mnuLevelDecreaseWidth_Click() {
+    decreaseWidth(levelset.current());
+    drawLevel(levelset.currentLevel);
+}
+
+void frmMain::mnuLevelIncreaseWidth_Click() {
+    increaseWidth(levelset.current());
+    drawLevel(levelset.currentLevel);
+}
+
+void frmMain::mnuLevelDecreaseHeight_Click() {
+    decreaseHeight(levelset.current());
+    drawLevel(levelset.currentLevel);
+}
+
+void frmMain::mnuLevelIncreaseHeight_Click() {
+    increaseHeight(levelset.current());
+    drawLevel(levelset.currentLevel);
+}
+
+void frmMain::tbToolBar_ButtonClick(const QString &key) {
+    static const std::pair<QLatin1StringView, void (frmMain::*)()> commands[] = {
+        {QLatin1StringView("New"), &frmMain::mnuFileNew_Click},
+        {QLatin1StringView("Open"), &frmMain::mnuFileOpen_Click},
+        {QLatin1StringView("Save"), &frmMain::mnuFileSave_Click},
+        {QLatin1StringView("DWidth"), &frmMain::mnuLevelDecreaseWidth_Click},
+        {QLatin1StringView("IWidth"), &frmMain::mnuLevelIncreaseWidth_Click},
+        {QLatin1StringView("DHeight"), &frmMain::mnuLevelDecreaseHeight_Click},
+        {QLatin1StringView("IHeight"), &frmMain::mnuLevelIncreaseHeight_Click},
+        {QLatin1StringView("AddLevel"), &frmMain::mnuLevelAdd_Click},
+        {QLatin1StringView("RemoveLevel"), &frmMain::mnuLevelRemove_Click},
+        {QLatin1StringView("PreviousLevel"), &frmMain::mnuLevelPrevious_Click},
+        {QLatin1StringView("NextLevel"), &frmMain::mnuLevelNext_Click},
+        {QLatin1StringView("About"), &frmMain::mnuHelpAbout_Click},
+    };
+    for (const auto &[name, handler] : commands) {
+        if (key == name) {
+            (this->*handler)();
+            return;
+        }
+    }
+}
+
+void frmMain::mnuHelpAbout_Click() {
+    const std::unique_ptr<SystemInfo> systemInfo = platformSystemInfo();
+    frmAbout about(dialogs(), *systemInfo, this);
+    dialogs().showModal(about);
+}
+
+void frmMain::mnuFileExit_Click() {
+    close();
+}
+
+void frmMain::closeEvent(QCloseEvent *event) {
+    bool cancel = false;
+    Form_QueryUnload(cancel);
+    if (cancel) {
+        event->ignore();
+        return;
+    }
+    event->accept();
+    Form_Unload();
+}
+
+// Closes every other open window, the most recently opened first. The toolkit lists its
+// windows in the order they were created, which is the order they were first opened.
+void frmMain::Form_Unload() {
+    const QWindowList windows = QGuiApplication::topLevelWindows();
+    for (auto it = windows.crbegin(); it != windows.crend(); ++it) {
+        QWindow *window = *it;
+        if (window != windowHandle() && window->isVisible())
+            window->close();
+    }
+}
+
+void frmMain::showEvent(QShowEvent *event) {
+    QMainWindow::showEvent(event);
+    if (centred_)
+        return;
+    centred_ = true;
+    if (const QScreen *shown = screen()) {
+        QRect frame = frameGeometry();
+        frame.moveCenter(shown->availableGeometry().center());
+        move(frame.topLeft());
+    }
+}
