@@ -6,6 +6,7 @@
 #include <QSaveFile>
 #include <QStringList>
 #include <algorithm>
+#include <cerrno>
 
 namespace {
 
@@ -149,11 +150,17 @@ QString ReadReport::summary() const {
 QString saveLevelsetFile(const Levelset &levelset, const QString &path) {
     const QByteArray bytes = writeLevelset(levelset, path);
     QSaveFile file(path);
+    errno = 0;
     if (file.open(QIODevice::WriteOnly) && file.write(bytes) == bytes.size() && file.commit())
         return {};
-    // commit() is never reached after a failed open or write; the destructor then drops the
-    // temporary file and the old file stays as it was.
-    return QStringLiteral("Could not write %1: %2").arg(path, file.errorString());
+    const int systemError = errno;
+    // The destructor drops the temporary file, so the old file stays as it was. A failed
+    // rename in commit() leaves the device's default text, which names nothing; the system's
+    // own reason is clearer then.
+    QString reason = file.errorString();
+    if (reason == QSaveFile().errorString() && systemError != 0)
+        reason = qt_error_string(systemError);
+    return QStringLiteral("Could not write %1: %2").arg(path, reason);
 }
 
 std::optional<ReadReport> readLevelsetFile(Levelset &levelset, const QString &path) {
