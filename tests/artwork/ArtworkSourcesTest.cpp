@@ -3,6 +3,7 @@
 #include "PixelFont.h"
 #include "SplashImage.h"
 #include "TileSprites.h"
+#include "TilesetImage.h"
 
 #include <QtTest>
 #include <functional>
@@ -53,6 +54,7 @@ private slots:
     void spritesToleratesLineEndsAndComments();
     void spritesRefused_data();
     void spritesRefused();
+    void tilesetDoublesEachSpriteIntoItsCell();
 
     void legendRefused_data();
     void legendRefused();
@@ -141,6 +143,28 @@ void ArtworkSourcesTest::spritesRefused() {
     QVERIFY(!parseTileSprites(joined(lines), error));
     QCOMPARE(error.line, line);
     QVERIFY2(error.message.contains(message), qPrintable(error.message));
+}
+
+void ArtworkSourcesTest::tilesetDoublesEachSpriteIntoItsCell() {
+    SourceError error;
+    const auto tiles = parseTileSprites(joined(spriteLines()), error);
+    QVERIFY(tiles);
+    const QImage image = tilesetImage(*tiles);
+    QCOMPARE(image.size(), QSize(128, 512));
+    QCOMPARE(image.dotsPerMeterX(), 3780);
+    QCOMPARE(image.dotsPerMeterY(), 3780);
+    // Tiles whose rows differ from their columns, so a swapped x and y shows.
+    for (int id : {1, 9, 64, 127, 177}) {
+        const QPoint origin(16 * (id % 8), 16 * (id / 8));
+        for (int y = 0; y < 16; ++y)
+            for (int x = 0; x < 16; ++x) {
+                const bool black = ((id + y / 2 * 31) % 256 >> (7 - x / 2)) & 1;
+                QCOMPARE(image.pixel(origin + QPoint(x, y)),
+                         black ? qRgb(0, 0, 0) : qRgb(255, 255, 255));
+            }
+    }
+    QCOMPARE(image.pixel(16 * (178 % 8), 16 * (178 / 8)), qRgb(192, 192, 192));
+    QCOMPARE(image.pixel(127, 511), qRgb(192, 192, 192));
 }
 
 void ArtworkSourcesTest::legendRefused_data() {

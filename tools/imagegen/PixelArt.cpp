@@ -24,7 +24,7 @@ std::optional<ColourLegend> parseColourLegend(const QByteArray &text, SourceErro
             legend[key] = qRgba(0, 0, 0, 0);
             continue;
         }
-        bool ok = fields[1].size() == 6;
+        bool ok = false;
         const uint rgb = fields[1].toUInt(&ok, 16);
         if (!ok || fields[1].size() != 6) {
             error = {n + 1, QStringLiteral("colour \"%1\" is not six hexadecimal digits")
