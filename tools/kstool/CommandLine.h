@@ -1,0 +1,34 @@
+#pragma once
+
+#include <QHash>
+#include <QString>
+#include <QStringList>
+
+// Exit statuses shared by every command.
+enum ExitStatus { Success = 0, InputProblem = 1, WrongUsage = 2 };
+
+struct OptionSpec {
+    QString name;      // "--output"
+    QString shortName; // "-o", or empty
+    bool takesValue = false;
+};
+
+// One command's arguments after its name: options (in any place, "--name=value" or
+// "--name value"), then the rest in order. "--" ends the options.
+struct CommandLine {
+    QStringList positional;
+    QHash<QString, QString> values; // by the option's long name; flags map to an empty value
+    QString error;                  // why the arguments are wrong, or empty
+
+    bool has(const QString &name) const { return values.contains(name); }
+    QString value(const QString &name) const { return values.value(name); }
+
+    // --help and -h are always known.
+    static CommandLine parse(const QStringList &arguments, const QList<OptionSpec> &options);
+};
+
+// Writes text to standard output or standard error as UTF-8.
+void printOut(const QString &text);
+void printError(const QString &text);
+// "kstool: " + message on standard error, and the status to return.
+int fail(int status, const QString &message);

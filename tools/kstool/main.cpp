@@ -1,0 +1,84 @@
+// kstool: the editor's command-line companion. It reads and writes levelset files with the
+// editor's own reader, writer and drawing code.
+#include "CommandLine.h"
+#include "Commands.h"
+
+#include <QGuiApplication>
+#include <memory>
+
+namespace {
+
+struct Command {
+    const char *name;
+    int (*run)(const QStringList &);
+    const char *summary;
+    bool needsFonts; // drawing text needs a QGuiApplication
+};
+
+const Command Commands[] = {
+    {"check", runCheck, "report what the editor's reader would stop at or repair", false},
+    {"info", runInfo, "show a levelset's tag, levels, settings and counts", false},
+    {"render", runRender, "paint levels to a PNG as the editor shows them", false},
+    {"export", runExport, "write a levelset as JSON or as Tiled maps", false},
+    {"import", runImport, "write a levelset from JSON or Tiled maps", false},
+    {"sheet", runSheet, "draw the tileset reference sheet", true},
+};
+
+QString help() {
+    QString text = QStringLiteral("Usage: kstool COMMAND [ARGUMENTS]\n"
+                                  "\n"
+                                  "The Kestrix levelset editor's command-line companion.\n"
+                                  "\n"
+                                  "Commands:\n");
+    for (const Command &command : Commands)
+        text += QStringLiteral("  %1%2\n")
+                    .arg(QLatin1String(command.name), -8)
+                    .arg(QLatin1String(command.summary));
+    text += QStringLiteral("\n"
+                           "\"kstool COMMAND --help\" describes a command.\n"
+                           "\n"
+                           "Exit status: 0 success, 1 a problem found in the input (or a file\n"
+                           "that cannot be read or written), 2 wrong usage.\n");
+    return text;
+}
+
+} // namespace
+
+int usageError(const QString &command, const QString &message) {
+    printError(QStringLiteral("kstool %1: %2\nTry \"kstool %1 --help\".\n").arg(command, message));
+    return WrongUsage;
+}
+
+int main(int argc, char *argv[]) {
+    QStringList arguments;
+    for (int i = 1; i < argc; ++i)
+        arguments << QString::fromLocal8Bit(argv[i]);
+    if (arguments.isEmpty()) {
+        printError(help());
+        return WrongUsage;
+    }
+    const QString name = arguments.takeFirst();
+    if (name == QLatin1String("--help") || name == QLatin1String("-h") ||
+        name == QLatin1String("help")) {
+        printOut(help());
+        return Success;
+    }
+    if (name == QLatin1String("--version")) {
+        printOut(QStringLiteral("kstool 2.0\n"));
+        return Success;
+    }
+    for (const Command &command : Commands) {
+        if (name != QLatin1String(command.name))
+            continue;
+        // kstool never shows a window, so it needs no display.
+        std::unique_ptr<QGuiApplication> application;
+        if (command.needsFonts) {
+            if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM"))
+                qputenv("QT_QPA_PLATFORM", "offscreen");
+            application = std::make_unique<QGuiApplication>(argc, argv);
+        }
+        return command.run(arguments);
+    }
+    return fail(WrongUsage,
+                QStringLiteral("unknown command \"%1\"\nTry \"kstool --help\".").arg(name));
+}
