@@ -1,5 +1,6 @@
 #include "shell/frmMain.h"
 
+#include "analysis/ObjectCounts.h"
 #include "shell/Dialogs.h"
 #include "view/CellFromPixel.h"
 #include "view/LevelView.h"
@@ -93,6 +94,7 @@ bool frmMain::checkInLevel(std::int16_t x, std::int16_t y) {
     return false;
 }
 
+// The left button writes the selected tile exactly as the right button writes a random one.
 void frmMain::doLeftButton() {
     doRightButton(selectedTile);
 }
@@ -177,9 +179,8 @@ void frmMain::mnuViewBlockTake_Click() {
 void frmMain::mnuToolsMouseChoice_Click(std::int16_t index) {
     if (index < 0 || index >= std::int16_t(mnuToolsMouseChoice.size()))
         return;
-    mnuToolsMouseChoice[rightButtonMode]->setChecked(false);
     rightButtonMode = index;
-    // Every mark is set, so exactly one stays checked even if the group let another through.
+    // Every mark is set, so exactly one item is checked whatever the marks were before.
     for (std::size_t i = 0; i < mnuToolsMouseChoice.size(); ++i)
         mnuToolsMouseChoice[i]->setChecked(std::int16_t(i) == index);
 }
@@ -189,6 +190,20 @@ void frmMain::mnuToolsSetFloor_Click() {
     drawLevel(levelset.currentLevel);
 }
 
-void frmMain::mnuToolsEnemies_Click() {}
-void frmMain::mnuToolsPickups_Click() {}
-void frmMain::mnuToolsDoors_Click() {}
+namespace {
+void showReport(Dialogs &dialogs, const CountReport &report) {
+    dialogs.message(report.text, report.title, QMessageBox::Information, QMessageBox::Ok);
+}
+} // namespace
+
+void frmMain::mnuToolsEnemies_Click() {
+    showReport(dialogs(), countEnemies(levelset.current()));
+}
+
+void frmMain::mnuToolsPickups_Click() {
+    showReport(dialogs(), countPickups(levelset.current()));
+}
+
+void frmMain::mnuToolsDoors_Click() {
+    showReport(dialogs(), countDoors(levelset.current()));
+}
