@@ -2,7 +2,10 @@
 #include "levelset/Levelset.h"
 #include "support/ScriptedDialogs.h"
 
+#include <QApplication>
+#include <QClipboard>
 #include <QGroupBox>
+#include <QInputMethodEvent>
 #include <QLabel>
 #include <QLineEdit>
 #include <QRadioButton>
@@ -34,6 +37,7 @@ private slots:
 
     void typedCharactersAreLimited_data();
     void typedCharactersAreLimited();
+    void pastedAndComposedTextIsCut();
     void loadedPasscodeKeepsAllSixCharacters();
 
     void passcodeIsStoredUpperCasedAndShownAsTyped();
@@ -245,6 +249,22 @@ void PanelTest::typedCharactersAreLimited() {
     QTest::keyClick(edit, Qt::Key_Right, Qt::ShiftModifier);
     QTest::keyClicks(edit, QStringLiteral("2"));
     QCOMPARE(edit->text(), QStringLiteral("2") + shown.chopped(1).mid(1));
+}
+
+void PanelTest::pastedAndComposedTextIsCut() {
+    QApplication::clipboard()->setText(QStringLiteral("12345"));
+    retype(panel_->txtTime, QString());
+    QTest::keySequence(panel_->txtTime, QKeySequence::Paste);
+    QCOMPARE(panel_->txtTime->text(), QStringLiteral("123"));
+    QCOMPARE(int(levelset_.current().header[LevelRecord::Time]), 123);
+
+    panel_->txtObjectives->selectAll();
+    QInputMethodEvent compose;
+    compose.setCommitString(QStringLiteral("2109"));
+    QApplication::sendEvent(panel_->txtObjectives, &compose);
+    QCOMPARE(panel_->txtObjectives->text(), QStringLiteral("210"));
+    QCOMPARE(int(levelset_.current().header[LevelRecord::Objectives]), 210);
+    QVERIFY(dialogs_.messages.isEmpty());
 }
 
 void PanelTest::loadedPasscodeKeepsAllSixCharacters() {
