@@ -56,27 +56,37 @@ bool isUndersize(const LevelRecord &level) {
 } // namespace
 
 QByteArray writeLevelset(const Levelset &levelset, const QString &path) {
-    QByteArray bytes;
-    bytes.reserve(LevelsetFileMaxSize);
-    bytes += levelsetTag(path).toLatin1();
-    bytes += static_cast<char>(levelset.levelCount);
-    bytes += static_cast<char>(levelset.reserved1);
-    bytes += static_cast<char>(levelset.reserved2);
-    for (const Levelset::Passcode &code : levelset.passcodes)
-        bytes.append(code.data(), Levelset::PasscodeLength);
-
     // The model keeps these within bounds; the limits only make a broken model unable to read
     // past its arrays.
     const int levels = std::min<int>(levelset.levelCount, Levelset::MaxLevels);
+    auto height = [](const LevelRecord &level) { return std::min(level.height(), GridSize); };
+    auto width = [](const LevelRecord &level) { return std::min(level.width(), GridSize); };
+
+    qsizetype size = LevelsetFilePrologueSize;
+    for (int i = 0; i < levels; ++i)
+        size += LevelRecord::HeaderSize + height(levelset.levels[i]) * width(levelset.levels[i]);
+    QByteArray bytes(size, Qt::Uninitialized);
+    char *out = bytes.data();
+    auto put = [&out](std::uint8_t byte) { *out++ = static_cast<char>(byte); };
+
+    // One byte per tag character: a character outside the BMP is one character, not two.
+    for (char32_t c : levelsetTag(path).toUcs4())
+        *out++ = c <= 0xFF ? static_cast<char>(c) : '?';
+    put(levelset.levelCount);
+    put(levelset.reserved1);
+    put(levelset.reserved2);
+    for (const Levelset::Passcode &code : levelset.passcodes)
+        out = std::copy(code.begin(), code.end(), out);
+
     for (int i = 0; i < levels; ++i) {
         const LevelRecord &level = levelset.levels[i];
-        bytes.append(reinterpret_cast<const char *>(level.header.data()), LevelRecord::HeaderSize);
-        const int height = std::min(level.height(), GridSize);
-        const int width = std::min(level.width(), GridSize);
-        for (int y = 0; y < height; ++y)
-            for (int x = 0; x < width; ++x)
-                bytes += static_cast<char>(level.tile(x, y));
+        for (std::uint8_t byte : level.header)
+            put(byte);
+        for (int y = 0; y < height(level); ++y)
+            for (int x = 0; x < width(level); ++x)
+                put(level.tile(x, y));
     }
+    Q_ASSERT(out == bytes.data() + bytes.size());
     return bytes;
 }
 

@@ -138,6 +138,11 @@ void LevelsetFileTest::tagCharactersWithoutLatin1FormBecomeQuestionMarks() {
         writeLevelset(Levelset(), QString::fromUtf8("/a/zkstl\xe2\x82\xac\xc3\xa9z.kst"));
     QCOMPARE(bytes.left(8), QByteArray("KST0?\xc9Z\x01"));
     QCOMPARE(bytes.size(), 164);
+
+    const QByteArray wide = writeLevelset(Levelset(), QString::fromUtf8("/a/zkstl\xf0\x9f\x98\x80"
+                                                                        "ab.kst"));
+    QCOMPARE(wide.left(8), QByteArray("KST0?AB\x01"));
+    QCOMPARE(wide.size(), 164);
 }
 
 void LevelsetFileTest::foreignValuesSurviveReadAndWrite() {
