@@ -66,6 +66,7 @@ private slots:
     void fontRefused_data();
     void fontRefused();
 
+    void sceneFindsTheCursor();
     void sceneRefused_data();
     void sceneRefused();
 
@@ -267,6 +268,17 @@ void ArtworkSourcesTest::fontRefused() {
     QVERIFY2(error.message.contains(message), qPrintable(error.message));
 }
 
+void ArtworkSourcesTest::sceneFindsTheCursor() {
+    const QByteArray row = "0 1 2 3 4 5 6 7 8 9 10 11 12\n";
+    const QByteArray text = row.repeated(4) + "0 1 2* 3 4 5 6 7 8 9 10 11 12\n" + row.repeated(4);
+    SourceError error;
+    const auto scene = parseSplashScene(text, error);
+    QVERIFY2(scene, qPrintable(error.message));
+    QCOMPARE(scene->cursor, QPoint(2, 4));
+    QCOMPARE(scene->id(2, 4), 2);
+    QCOMPARE(scene->id(12, 8), 12);
+}
+
 void ArtworkSourcesTest::sceneRefused_data() {
     QTest::addColumn<QByteArray>("text");
     QTest::addColumn<int>("line");
@@ -278,6 +290,8 @@ void ArtworkSourcesTest::sceneRefused_data() {
     QTest::newRow("not a number") << "a" + row.mid(1) << 1 << "\"a\" is not a tile id";
     QTest::newRow("too few rows") << row.repeated(8) << 8 << "8 rows, expected 9";
     QTest::newRow("too many rows") << nine + row << 10 << "more than 9 rows";
+    QTest::newRow("two cursors") << "0* 1*" + row.mid(3) << 1 << "a second cursor";
+    QTest::newRow("cursor mark alone") << "* 1" + row.mid(3) << 1 << "\"\" is not a tile id";
 }
 
 void ArtworkSourcesTest::sceneRefused() {

@@ -46,6 +46,20 @@ void paintScene(QImage &image, const TileSprites &tiles, const SplashScene &scen
     }
 }
 
+// The editor's cell cursor: a 2-pixel orange outline inside the cell.
+void paintCursor(QImage &image, QPoint cell) {
+    if (cell.x() < 0)
+        return;
+    const int left = cell.x() * 16 - SceneLeft;
+    const int top = cell.y() * 16 - SceneTop;
+    for (int y = 0; y < 16; ++y)
+        for (int x = 0; x < 16; ++x) {
+            const bool edge = x < 2 || y < 2 || x > 13 || y > 13;
+            if (edge && QRect(0, 0, Width, Height).contains(left + x, top + y))
+                image.setPixel(left + x, top + y, qRgb(255, 128, 0));
+        }
+}
+
 // Draws text centred across the picture: a dark outline one pixel around every stroke, then the
 // strokes, coloured row by row from top to bottom so the letters carry a gradient.
 void paintCaption(QImage &image, const PixelFont &font, const QByteArray &text, int top, int scale,
@@ -89,7 +103,16 @@ std::optional<SplashScene> parseSplashScene(const QByteArray &text, SourceError 
                                 .arg(SplashScene::Columns)};
             return std::nullopt;
         }
-        for (const QByteArray &field : fields) {
+        for (QByteArray field : fields) {
+            if (field.endsWith('*')) {
+                if (scene.cursor.x() >= 0) {
+                    error = {n + 1,
+                             QStringLiteral("a second cursor; only one cell may carry \"*\"")};
+                    return std::nullopt;
+                }
+                scene.cursor = {int(scene.ids.size() % SplashScene::Columns), rows};
+                field.chop(1);
+            }
             bool ok = false;
             const int id = field.toInt(&ok);
             if (!ok || id < 0 || id >= TileSprites::Count) {
@@ -114,6 +137,7 @@ std::optional<SplashScene> parseSplashScene(const QByteArray &text, SourceError 
 QImage splashImage(const TileSprites &tiles, const PixelFont &font, const SplashScene &scene) {
     QImage image(Width, Height, QImage::Format_RGB32);
     paintScene(image, tiles, scene);
+    paintCursor(image, scene.cursor);
     paintCaption(image, font, "KESTRIX", TitleTop, TitleScale, qRgb(255, 244, 140),
                  qRgb(255, 140, 0));
     paintCaption(image, font, "LEVELSET EDITOR", SubtitleTop, SubtitleScale, qRgb(255, 255, 255),
