@@ -27,8 +27,9 @@ struct ReadReport {
     bool shortFile = false;     // the file ended before its counts said; missing bytes read as 0
     bool countZero = false;     // levelCount 0, loaded as 1 (level 0 keeps its defaults)
     bool countOver8 = false;    // levelCount above 8: levels 0..7 read, the count clamped to 8
-    int oversizeLevel = -1;     // a level wider or higher than 32: reading stopped at its first
-                                // cell outside the grid, its size bytes were clamped to 32
+    int oversizeLevel = -1;     // the first level wider or higher than 32: its cells were read
+                                // up to the first one outside the grid, reading stopped there
+                                // and its size bytes were clamped to 32
     bool trailingBytes = false; // the file holds bytes the reader did not read
     QList<int> undersizeLevels; // levels narrower than 12 or lower than 8, kept as they are
 
