@@ -5,6 +5,7 @@
 #include "levelset/Levelset.h"
 #include "shell/Dialogs.h"
 
+#include <QFontMetrics>
 #include <QGroupBox>
 #include <QLabel>
 #include <QLineEdit>
@@ -25,6 +26,17 @@ Control *place(Control *control, const char *name, const QRect &geometry) {
     control->setObjectName(QLatin1String(name));
     control->setGeometry(geometry);
     return control;
+}
+
+// The platform's default font may run wider than the one the panel was laid out for; a label
+// keeps its place and size and takes a smaller font rather than losing its last letters.
+void fitText(QLabel *label) {
+    constexpr qreal SmallestPoints = 6;
+    QFont font = label->font();
+    while (font.pointSizeF() > SmallestPoints &&
+           QFontMetrics(font).horizontalAdvance(label->text()) > label->width())
+        font.setPointSizeF(font.pointSizeF() - 0.5);
+    label->setFont(font);
 }
 
 // Runs the handler whenever the option becomes selected, by a click or from code.
@@ -59,6 +71,9 @@ PropertiesPanel::PropertiesPanel(Levelset &levelset, Dialogs &dialogs, QWidget *
     txtObjectives = place(new QLineEdit(client), "txtObjectives", {64, 384, 65, 19});
     lblTime = place(new QLabel(QStringLiteral("Time:"), client), "lblTime", {8, 412, 57, 17});
     txtTime = place(new QLineEdit(client), "txtTime", {64, 408, 65, 19});
+
+    for (QLabel *label : {lblPasscode, lblObjectives, lblTime})
+        fitText(label);
 
     new TypedLengthLimit(txtPasscode, PasscodeTypedLimit);
     new TypedLengthLimit(txtObjectives, NumberTypedLimit);

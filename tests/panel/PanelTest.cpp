@@ -116,8 +116,10 @@ void PanelTest::controlsStandWhereTheWindowNeedsThem() {
         QCOMPARE(frame->title(), caption);
     else if (auto *option = qobject_cast<QRadioButton *>(control))
         QCOMPARE(option->text(), caption);
-    else if (auto *label = qobject_cast<QLabel *>(control))
+    else if (auto *label = qobject_cast<QLabel *>(control)) {
         QCOMPARE(label->text(), caption);
+        QVERIFY(label->fontMetrics().horizontalAdvance(caption) <= geometry.width());
+    }
 }
 
 void PanelTest::freshLevelShowsDefaultsAndWritesNothing() {
