@@ -68,8 +68,12 @@ QSize parseSize(const QString &text) {
     bool okH = false;
     const QSize size =
         parts.size() == 2 ? QSize(parts[0].toInt(&okW), parts[1].toInt(&okH)) : QSize();
-    if (!okW || !okH || size.isEmpty())
-        fail(QStringLiteral("\"%1\" is not a size like 16x16").arg(text));
+    // Pictures drawn as text are small; the bound keeps a mistyped size from asking for gigabytes.
+    constexpr int Largest = 1024;
+    if (!okW || !okH || size.isEmpty() || size.width() > Largest || size.height() > Largest)
+        fail(QStringLiteral("\"%1\" is not a size like 16x16 (at most %2x%2)")
+                 .arg(text)
+                 .arg(Largest));
     return size;
 }
 
