@@ -5,6 +5,8 @@
 #include "levelset/LevelsetFile.h"
 
 #include <QCoreApplication>
+#include <QFileDialog>
+#include <QTimer>
 #include <QtTest>
 
 class SaveCommandsTest : public QObject {
@@ -225,6 +227,48 @@ private slots:
             QCOMPARE(editor->title(), windowTitle(path));
             QVERIFY(!closeCancelled);
         }
+    }
+
+    // The platform's own save dialog, answered the way a user would: it offers the levelset
+    // filter in the program's folder and replaces an existing file without a question.
+    void platformSaveDialogReplacesWithoutAsking() {
+        const QString path = at(QStringLiteral("zkstlabc.kst"));
+        QVERIFY(putFile(path, "an older levelset"));
+        frmMain window;
+        window.Form_Load();
+        window.show();
+        QString title, folder;
+        QStringList filters;
+        int otherModals = 0;
+        QTimer answerer;
+        connect(&answerer, &QTimer::timeout, this, [&] {
+            QWidget *modal = QApplication::activeModalWidget();
+            if (auto *dialog = qobject_cast<QFileDialog *>(modal)) {
+                title = dialog->windowTitle();
+                filters = dialog->nameFilters();
+                folder = dialog->directory().absolutePath();
+                if (otherModals > 0) { // a question came up: give up rather than loop
+                    dialog->reject();
+                    return;
+                }
+                dialog->selectFile(path);
+                static_cast<QDialog *>(dialog)->accept(); // as the Save button does
+            } else if (modal) {
+                ++otherModals;
+                modal->close();
+            }
+        });
+        answerer.start(20);
+
+        window.mnuFileSaveAs_Click();
+
+        answerer.stop();
+        QCOMPARE(title, QStringLiteral("Save As"));
+        QCOMPARE(filters, QStringList{QStringLiteral("KST Levelsets (zkstl*.kst)")});
+        QCOMPARE(folder, QDir(QCoreApplication::applicationDirPath()).absolutePath());
+        QCOMPARE(otherModals, 0);
+        QCOMPARE(fileBytes(path), writeLevelset(window.levelset, path));
+        QCOMPARE(window.windowTitle(), windowTitle(path));
     }
 
     // A write that fails leaves whatever was on disk, and the status bar names the failure.
