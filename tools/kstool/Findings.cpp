@@ -39,15 +39,16 @@ QStringList readerFindings(const ReadReport &report, const QByteArray &bytes,
                         .arg(raw(LevelRecord::Width))
                         .arg(raw(LevelRecord::Height));
     }
+    // A level whose size bytes lie past the end was read as 0 x 0; the short file says it.
+    const qsizetype sizesInFile = dump.levels.size() + (dump.trailing.size() >= 2 ? 1 : 0);
     for (int index : report.undersizeLevels)
-        findings << QStringLiteral("level %1 is %2, under 12 x 8")
-                        .arg(index + 1)
-                        .arg(levelSize(levelset.levels[index]));
+        if (dump.hasPrologue && index < sizesInFile)
+            findings << QStringLiteral("level %1 is %2, under 12 x 8")
+                            .arg(index + 1)
+                            .arg(levelSize(levelset.levels[index]));
     if (report.trailingBytes) {
         if (report.oversizeLevel < 0)
-            findings << QStringLiteral("%1 trailing bytes after level %2")
-                            .arg(dump.trailing.size())
-                            .arg(dump.levels.size());
+            findings << QStringLiteral("%1 trailing bytes").arg(dump.trailing.size());
         else
             findings << QStringLiteral("bytes left unread after where reading stopped");
     }

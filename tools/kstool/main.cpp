@@ -3,25 +3,21 @@
 #include "CommandLine.h"
 #include "Commands.h"
 
-#include <QGuiApplication>
-#include <memory>
-
 namespace {
 
 struct Command {
     const char *name;
     int (*run)(const QStringList &);
     const char *summary;
-    bool needsFonts; // drawing text needs a QGuiApplication
 };
 
 const Command Commands[] = {
-    {"check", runCheck, "report what the editor's reader would stop at or repair", false},
-    {"info", runInfo, "show a levelset's tag, levels, settings and counts", false},
-    {"render", runRender, "paint levels to a PNG as the editor shows them", false},
-    {"export", runExport, "write a levelset as JSON or as Tiled maps", false},
-    {"import", runImport, "write a levelset from JSON or Tiled maps", false},
-    {"sheet", runSheet, "draw the tileset reference sheet", true},
+    {"check", runCheck, "report what the editor's reader would stop at or repair"},
+    {"info", runInfo, "show a levelset's tag, levels, settings and counts"},
+    {"render", runRender, "paint levels to a PNG as the editor shows them"},
+    {"export", runExport, "write a levelset as JSON or as Tiled maps"},
+    {"import", runImport, "write a levelset from JSON or Tiled maps"},
+    {"sheet", runSheet, "draw the tileset reference sheet"},
 };
 
 QString help() {
@@ -70,13 +66,6 @@ int main(int argc, char *argv[]) {
     for (const Command &command : Commands) {
         if (name != QLatin1String(command.name))
             continue;
-        // kstool never shows a window, so it needs no display.
-        std::unique_ptr<QGuiApplication> application;
-        if (command.needsFonts) {
-            if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM"))
-                qputenv("QT_QPA_PLATFORM", "offscreen");
-            application = std::make_unique<QGuiApplication>(argc, argv);
-        }
         return command.run(arguments);
     }
     return fail(WrongUsage,
