@@ -95,6 +95,10 @@ void frmMain::createMarkers() {
 
     levelCursor->place(QPoint(0, 0));
     tileCursor->place(QPoint(0, 0));
+    // The cursors are drawn above the other markers, so the cell under the mouse and the
+    // selected tile stay visible when a position or type marker shares their square.
+    levelCursor->raise();
+    tileCursor->raise();
     // The block markers start hidden, as their View items start unchecked.
     for (Marker *hidden : {shpPut, shpTake, shpPutType, shpTakeType})
         hidden->hide();

@@ -75,6 +75,13 @@ frmAbout::frmAbout(Dialogs &dialogs, SystemInfo &systemInfo, QWidget *owner)
     cmdSysInfo->setObjectName(QStringLiteral("cmdSysInfo"));
     cmdSysInfo->setGeometry(328, 196, 100, 26);
 
+    // Centred on the owner, where the toolkit alone would put it a third of the way down.
+    if (owner) {
+        QRect place = rect();
+        place.moveCenter(owner->window()->frameGeometry().center());
+        move(place.topLeft());
+    }
+
     connect(cmdOK, &QPushButton::clicked, this, &frmAbout::cmdOK_Click);
     connect(cmdSysInfo, &QPushButton::clicked, this, &frmAbout::cmdSysInfo_Click);
 }

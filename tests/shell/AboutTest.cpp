@@ -110,6 +110,9 @@ void AboutTest::aboutIsOwnedByTheMainWindow() {
     QVERIFY(shell.showActive());
     whileAboutIsOpen(shell, [&shell](frmAbout &about) {
         QCOMPARE(about.parentWidget(), &shell.window);
+        const QPoint offCentre = about.geometry().center() - shell.window.frameGeometry().center();
+        QVERIFY2(offCentre.manhattanLength() <= 16,
+                 qPrintable(QStringLiteral("%1,%2").arg(offCentre.x()).arg(offCentre.y())));
         QVERIFY(!about.windowFlags().testFlag(Qt::WindowMinimizeButtonHint));
         QVERIFY(!about.windowFlags().testFlag(Qt::WindowMaximizeButtonHint));
         QCOMPARE(about.minimumSize(), about.maximumSize());

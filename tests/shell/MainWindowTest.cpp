@@ -81,6 +81,12 @@ void MainWindowTest::startsWithCursorsAndPositionMarkersShown() {
     for (int mode = 1; mode < 4; ++mode)
         QVERIFY(!w.mnuToolsMouseChoice[mode]->isChecked());
 
+    // The cursors are drawn above the markers that share their square at start-up.
+    const QObjectList onLevel = w.picLevel->children();
+    QVERIFY(onLevel.indexOf(w.levelCursor) > onLevel.indexOf(w.shpStart));
+    const QObjectList onPalette = w.picTiles->children();
+    QVERIFY(onPalette.indexOf(w.tileCursor) > onPalette.indexOf(w.shpTakeType));
+
     // Level markers lie on the level view, type markers on the palette.
     for (Marker *marker : {w.levelCursor, w.shpStart, w.shpFinish, w.shpPut, w.shpTake})
         QCOMPARE(marker->parentWidget(), w.picLevel);
