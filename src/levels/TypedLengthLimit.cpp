@@ -9,6 +9,17 @@
 #include <QLineEdit>
 #include <QMenu>
 
+namespace {
+
+// Qt 6.4 gives the standard menu's actions no object names; the caption, which QLineEdit
+// translates in its own context, then tells the paste action apart.
+bool isPaste(const QAction *action) {
+    return action->objectName() == QLatin1String("edit-paste") ||
+           action->text().section(QLatin1Char('\t'), 0, 0) == QLineEdit::tr("&Paste");
+}
+
+} // namespace
+
 TypedLengthLimit::TypedLengthLimit(QLineEdit *edit, int limit)
     : QObject(edit), edit_(edit), limit_(limit) {
     edit->installEventFilter(this);
@@ -33,7 +44,7 @@ bool TypedLengthLimit::insertLimited(const QString &text) {
 bool TypedLengthLimit::contextMenu(const QPoint &globalPos) {
     QMenu *menu = edit_->createStandardContextMenu();
     for (QAction *action : menu->actions()) {
-        if (action->objectName() != QLatin1String("edit-paste"))
+        if (!isPaste(action))
             continue;
         action->disconnect();
         connect(action, &QAction::triggered, this, [this] {

@@ -2,14 +2,18 @@
 #include "levelset/Levelset.h"
 #include "support/ScriptedDialogs.h"
 
+#include <QAction>
 #include <QApplication>
 #include <QClipboard>
+#include <QContextMenuEvent>
 #include <QGroupBox>
 #include <QInputMethodEvent>
 #include <QLabel>
 #include <QLineEdit>
+#include <QMenu>
 #include <QRadioButton>
 #include <QTest>
+#include <QTimer>
 #include <memory>
 
 namespace {
@@ -267,6 +271,30 @@ void PanelTest::pastedAndComposedTextIsCut() {
     QCOMPARE(panel_->txtObjectives->text(), QStringLiteral("210"));
     QCOMPARE(int(levelset_.current().header[LevelRecord::Objectives]), 210);
     QVERIFY(dialogs_.messages.isEmpty());
+
+    // Paste from the field's own context menu, chosen while the menu is open.
+    levelset_.levelCount = 2;
+    show(1);
+    panel_->txtPasscode->selectAll();
+    QApplication::clipboard()->setText(QStringLiteral("abcdefgh"));
+    bool pasted = false;
+    QTimer::singleShot(0, this, [&pasted] {
+        auto *menu = qobject_cast<QMenu *>(QApplication::activePopupWidget());
+        if (!menu)
+            return;
+        for (QAction *action : menu->actions())
+            if (action->text().startsWith(QLatin1String("&Paste"))) {
+                action->trigger();
+                pasted = true;
+            }
+        menu->close();
+    });
+    QContextMenuEvent menuRequest(QContextMenuEvent::Mouse, QPoint(5, 5),
+                                  panel_->txtPasscode->mapToGlobal(QPoint(5, 5)));
+    QApplication::sendEvent(panel_->txtPasscode, &menuRequest);
+    QVERIFY(pasted);
+    QCOMPARE(panel_->txtPasscode->text(), QStringLiteral("abcde"));
+    QCOMPARE(levelset_.passcode(0), QStringLiteral("ABCDE "));
 }
 
 void PanelTest::loadedPasscodeKeepsAllSixCharacters() {
