@@ -26,7 +26,7 @@ QRgb mix(QRgb a, QRgb b, int step, int steps) {
 }
 
 QRgb darker(QRgb c) {
-    return qRgb(qRed(c) * 5 / 10, qGreen(c) * 5 / 10, qBlue(c) * 5 / 10);
+    return qRgb(qRed(c) / 2, qGreen(c) / 2, qBlue(c) / 2);
 }
 
 void paintScene(QImage &image, const TileSprites &tiles, const SplashScene &scene) {
