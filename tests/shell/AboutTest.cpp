@@ -11,6 +11,7 @@
 #include <QPushButton>
 #include <QScreen>
 #include <QTemporaryDir>
+#include <QTimer>
 
 class AboutTest : public QObject {
     Q_OBJECT
@@ -19,6 +20,7 @@ private slots:
     void cleanup();
     void aboutShowsTitleAndVersionEveryTime();
     void aboutIsOwnedByTheMainWindow();
+    void realAboutWindowBlocksUntilOK();
     void okEnterAndEscapeCloseAbout_data();
     void okEnterAndEscapeCloseAbout();
     void systemInfoWithoutAToolReportsAndKeepsAboutOpen();
@@ -123,6 +125,29 @@ void AboutTest::aboutIsOwnedByTheMainWindow() {
     });
     shell.window.mnuHelpAbout_Click();
     QCOMPARE(shell.dialogs.modalCount, 1);
+}
+
+void AboutTest::realAboutWindowBlocksUntilOK() {
+    frmMain window; // the platform's own modal windows
+    window.Form_Load();
+    window.show();
+    QVERIFY(QTest::qWaitForWindowExposed(&window));
+    QString modalTitle;
+    QTimer closer;
+    connect(&closer, &QTimer::timeout, [&] {
+        QWidget *modal = QApplication::activeModalWidget();
+        if (auto *about = qobject_cast<frmAbout *>(modal)) {
+            modalTitle = about->windowTitle();
+            QTest::mouseClick(about->cmdOK, Qt::LeftButton);
+        } else if (modal) {
+            modal->close();
+        }
+    });
+    closer.start(50);
+    window.mnuHelpAbout_Click();
+    closer.stop();
+    QCOMPARE(modalTitle, QStringLiteral("About Kestrix: Levelset Editor"));
+    QVERIFY(!QApplication::activeModalWidget());
 }
 
 void AboutTest::okEnterAndEscapeCloseAbout_data() {
