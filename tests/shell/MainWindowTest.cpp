@@ -31,6 +31,8 @@ private slots:
     void popupMenusStayOffTheMenuBar();
     void shortcutRunsExactlyItsItem_data();
     void shortcutRunsExactlyItsItem();
+    void shortcutWinsOverTheFocusedTextField_data();
+    void shortcutWinsOverTheFocusedTextField();
     void checkMarksChangeOnlyThroughTheirHandlers();
     void toolbarHoldsTwelveButtonsAndThreeSeparators();
     void toolbarPicturesAreTransparentWhereGrey();
@@ -347,6 +349,29 @@ void MainWindowTest::shortcutRunsExactlyItsItem() {
         for (qsizetype n = 0; n < spies[i]->count(); ++n)
             triggered.append(items[i]->objectName());
     QCOMPARE(triggered, QStringList{item});
+}
+
+void MainWindowTest::shortcutWinsOverTheFocusedTextField_data() {
+    shortcutRunsExactlyItsItem_data();
+}
+
+// A text field of the panel would take some Ctrl keys for its own editing; the menu gets them.
+void MainWindowTest::shortcutWinsOverTheFocusedTextField() {
+    QFETCH(QString, item);
+    QFETCH(int, key);
+    QFETCH(Qt::KeyboardModifiers, modifiers);
+    ShellWindow shell;
+    QVERIFY(shell.showActive());
+    for (int i = 0; i < 4; ++i)
+        shell.dialogs.messageAnswers.enqueue(QMessageBox::No);
+    QLineEdit *time = shell.window.panel->txtTime;
+    time->setFocus();
+    QVERIFY(time->hasFocus());
+    time->setCursorPosition(1);
+
+    QSignalSpy triggered(shell.item(item), &QAction::triggered);
+    QTest::keyClick(time, Qt::Key(key), modifiers);
+    QCOMPARE(triggered.count(), 1);
 }
 
 void MainWindowTest::checkMarksChangeOnlyThroughTheirHandlers() {
