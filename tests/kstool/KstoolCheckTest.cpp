@@ -4,6 +4,7 @@
 
 #include <QTemporaryDir>
 #include <QTest>
+#include <memory>
 
 using namespace TestLevelsets;
 
@@ -11,7 +12,11 @@ class KstoolCheckTest : public QObject {
     Q_OBJECT
 
 private slots:
-    void init() { QVERIFY(folder.isValid()); }
+    // Every test starts in an empty folder of its own.
+    void init() {
+        folder = std::make_unique<QTemporaryDir>();
+        QVERIFY(folder->isValid());
+    }
 
     void usage_data();
     void usage();
@@ -25,8 +30,8 @@ private slots:
     void infoListsFindings();
 
 private:
-    QString path(const QString &name) const { return folder.filePath(name); }
-    QTemporaryDir folder;
+    QString path(const QString &name) const { return folder->filePath(name); }
+    std::unique_ptr<QTemporaryDir> folder;
 };
 
 void KstoolCheckTest::usage_data() {
@@ -87,7 +92,7 @@ void KstoolCheckTest::usage() {
     QFETCH(QString, stderrHas);
     writeBytes(path("zkstlabc.kst"), fresh());
 
-    const KstoolRun run = runKstool(arguments, folder.path());
+    const KstoolRun run = runKstool(arguments, folder->path());
     QCOMPARE(run.exitCode, exitCode);
     if (!stdoutStart.isEmpty())
         QVERIFY2(run.out.startsWith(stdoutStart), qPrintable(run.out));
@@ -108,7 +113,7 @@ void KstoolCheckTest::wrongUsageWritesNothing() {
         {"import", "in.json", "-o", "out.png"},
     };
     for (const QStringList &call : calls) {
-        QCOMPARE(runKstool(call, folder.path()).exitCode, 2);
+        QCOMPARE(runKstool(call, folder->path()).exitCode, 2);
         QVERIFY2(!QFile::exists(path("out.png")), qPrintable(call.join(' ')));
     }
 }
@@ -162,7 +167,7 @@ void KstoolCheckTest::checkFinds() {
     QFETCH(QString, line);
     writeBytes(path("zkstlabc.kst"), bytes);
 
-    const KstoolRun run = runKstool({"check", "zkstlabc.kst"}, folder.path());
+    const KstoolRun run = runKstool({"check", "zkstlabc.kst"}, folder->path());
     QCOMPARE(run.exitCode, exitCode);
     QCOMPARE(run.out, QStringLiteral("zkstlabc.kst: ") + line + QLatin1Char('\n'));
 }
@@ -173,7 +178,7 @@ void KstoolCheckTest::checkReportsEveryFileInOrder() {
     writeBytes(path("zkstlccc.kst"), withObjects(2, 11, 0));
 
     KstoolRun run = runKstool(
-        {"check", "zkstlaaa.kst", "zkstlbbb.kst", "missing.kst", "zkstlccc.kst"}, folder.path());
+        {"check", "zkstlaaa.kst", "zkstlbbb.kst", "missing.kst", "zkstlccc.kst"}, folder->path());
     QCOMPARE(run.exitCode, 1);
     const QStringList lines = run.out.split(QLatin1Char('\n'), Qt::SkipEmptyParts);
     QCOMPARE(lines.size(), 4);
@@ -184,7 +189,7 @@ void KstoolCheckTest::checkReportsEveryFileInOrder() {
     QCOMPARE(lines[2], "missing.kst: cannot read: No such file or directory");
     QCOMPARE(lines[3], "zkstlccc.kst: level 3 has 11 alien holes, at most 10");
 
-    run = runKstool({"check", "zkstlaaa.kst", "zkstlaaa.kst"}, folder.path());
+    run = runKstool({"check", "zkstlaaa.kst", "zkstlaaa.kst"}, folder->path());
     QCOMPARE(run.exitCode, 0);
     QCOMPARE(run.out, "zkstlaaa.kst: ok\nzkstlaaa.kst: ok\n");
 }
@@ -199,7 +204,7 @@ void KstoolCheckTest::infoShowsTheLevelset() {
     levelset.levels[0].tile(2, 0) = 59;
     writeBytes(path("zkstlxyz.kst"), fileOf(levelset, QStringLiteral("zkstlxyz.kst")));
 
-    const KstoolRun run = runKstool({"info", "zkstlxyz.kst"}, folder.path());
+    const KstoolRun run = runKstool({"info", "zkstlxyz.kst"}, folder->path());
     QCOMPARE(run.exitCode, 0);
     const QStringList expected{
         "Tag: \"KST0XYZ\"",
@@ -239,14 +244,14 @@ void KstoolCheckTest::infoShowsTheLevelset() {
 
 void KstoolCheckTest::infoListsFindings() {
     writeBytes(path("zkstlabc.kst"), withLevels(9));
-    KstoolRun run = runKstool({"info", "zkstlabc.kst"}, folder.path());
+    KstoolRun run = runKstool({"info", "zkstlabc.kst"}, folder->path());
     QCOMPARE(run.exitCode, 1);
     QVERIFY(
         run.out.contains(QStringLiteral("Finding: level count 9 is over 8; levels 1..8 read\n")));
     QVERIFY(run.out.contains(QStringLiteral("Levels: 8\n")));
     QVERIFY(run.out.contains(QStringLiteral("Level 8: 12 x 8\n")));
 
-    run = runKstool({"info", "missing.kst"}, folder.path());
+    run = runKstool({"info", "missing.kst"}, folder->path());
     QCOMPARE(run.exitCode, 1);
     QVERIFY(run.out.isEmpty());
     QVERIFY(run.err.contains(QStringLiteral("missing.kst: cannot read")));
