@@ -11,11 +11,6 @@ namespace {
 using ListCommand = std::function<bool(Levelset &)>;
 using ResizeCommand = std::function<bool(LevelRecord &)>;
 
-struct Position {
-    int count;
-    int current;
-};
-
 } // namespace
 
 Q_DECLARE_METATYPE(ListCommand)
@@ -27,7 +22,6 @@ class LevelRulesTest : public QObject {
 private slots:
     void listCommands_data();
     void listCommands();
-    void listCommandsNeverTouchRecordsOrPasscodes();
     void removeThenAddRestoresTheLevel();
     void levelLabel_data();
     void levelLabel();
@@ -35,8 +29,6 @@ private slots:
     void resizeCommands_data();
     void resizeCommands();
     void resizeKeepsTilesAndPositions();
-    void resizeStepsToTheLimit_data();
-    void resizeStepsToTheLimit();
 
     void numberFieldReading_data();
     void numberFieldReading();
@@ -81,29 +73,6 @@ void LevelRulesTest::listCommands() {
     QCOMPARE(command(levelset), changed);
     QCOMPARE(int(levelset.levelCount), countAfter);
     QCOMPARE(int(levelset.currentLevel), currentAfter);
-}
-
-void LevelRulesTest::listCommandsNeverTouchRecordsOrPasscodes() {
-    Levelset levelset;
-    levelset.levelCount = 4;
-    levelset.currentLevel = 1;
-    for (int i = 0; i < Levelset::MaxLevels; ++i)
-        levelset.levels[i].tile(i, 31 - i) = static_cast<std::uint8_t>(100 + i);
-    for (int slot = 0; slot < Levelset::PasscodeSlots; ++slot)
-        levelset.storePasscode(slot, QStringLiteral("CODE%1").arg(slot));
-    const auto levels = levelset.levels;
-    const auto passcodes = levelset.passcodes;
-
-    addLevel(levelset);
-    nextLevel(levelset);
-    previousLevel(levelset);
-    removeLevel(levelset);
-    removeLevel(levelset);
-    addLevel(levelset);
-
-    QCOMPARE(levelset.levelCount, std::uint8_t{4});
-    QVERIFY(levelset.levels == levels);
-    QVERIFY(levelset.passcodes == passcodes);
 }
 
 void LevelRulesTest::removeThenAddRestoresTheLevel() {
@@ -202,32 +171,6 @@ void LevelRulesTest::resizeKeepsTilesAndPositions() {
     QVERIFY(level.tiles == expected.tiles);
 }
 
-void LevelRulesTest::resizeStepsToTheLimit_data() {
-    QTest::addColumn<ResizeCommand>("command");
-    QTest::addColumn<int>("steps");
-    QTest::addColumn<int>("widthAfter");
-    QTest::addColumn<int>("heightAfter");
-    QTest::newRow("20 times wider reaches 32") << ResizeCommand(increaseWidth) << 20 << 32 << 8;
-    QTest::newRow("21 times wider stays 32") << ResizeCommand(increaseWidth) << 21 << 32 << 8;
-    QTest::newRow("24 times taller reaches 32") << ResizeCommand(increaseHeight) << 24 << 12 << 32;
-    QTest::newRow("30 times taller stays 32") << ResizeCommand(increaseHeight) << 30 << 12 << 32;
-}
-
-void LevelRulesTest::resizeStepsToTheLimit() {
-    QFETCH(ResizeCommand, command);
-    QFETCH(int, steps);
-    QFETCH(int, widthAfter);
-    QFETCH(int, heightAfter);
-    LevelRecord level;
-    level.reset();
-    int changes = 0;
-    for (int i = 0; i < steps; ++i)
-        changes += command(level);
-    QCOMPARE(level.width(), widthAfter);
-    QCOMPARE(level.height(), heightAfter);
-    QCOMPARE(changes, std::min(steps, widthAfter - 12 + heightAfter - 8));
-}
-
 void LevelRulesTest::numberFieldReading_data() {
     QTest::addColumn<QString>("text");
     QTest::addColumn<ByteField::Outcome>("outcome");
@@ -240,27 +183,21 @@ void LevelRulesTest::numberFieldReading_data() {
     QTest::newRow("largest byte") << "255" << ok << 255;
     QTest::newRow("leading zeros") << "007" << ok << 7;
     QTest::newRow("blanks around") << "  42 " << ok << 42;
-    QTest::newRow("tab before") << "\t9" << ok << 9;
     QTest::newRow("plus sign") << "+12" << ok << 12;
-    QTest::newRow("minus zero") << "-0" << ok << 0;
     QTest::newRow("one past a byte") << "256" << badValue << 0;
     QTest::newRow("minus one") << "-1" << badValue << 0;
-    QTest::newRow("largest 16-bit") << "32767" << badValue << 0;
     QTest::newRow("smallest 16-bit") << "-32768" << badValue << 0;
     QTest::newRow("past 16-bit") << "32768" << badChar << 0;
     QTest::newRow("below 16-bit") << "-32769" << badChar << 0;
     QTest::newRow("many digits") << "99999999999999999999" << badChar << 0;
     QTest::newRow("empty") << "" << badChar << 0;
-    QTest::newRow("blanks only") << "   " << badChar << 0;
     QTest::newRow("lone minus") << "-" << badChar << 0;
     QTest::newRow("letter") << "x" << badChar << 0;
     QTest::newRow("digits then letter") << "12a" << badChar << 0;
     QTest::newRow("blank inside") << "1 2" << badChar << 0;
     QTest::newRow("blank after sign") << "- 1" << badChar << 0;
-    QTest::newRow("two signs") << "--1" << badChar << 0;
     QTest::newRow("fraction") << "1.5" << badChar << 0;
     QTest::newRow("hexadecimal") << "&H10" << badChar << 0;
-    QTest::newRow("exponent") << "1e2" << badChar << 0;
     QTest::newRow("non-Latin digit") << QString::fromUtf8("\u0661") << badChar << 0;
 }
 
