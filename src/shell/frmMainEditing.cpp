@@ -44,6 +44,18 @@ void flipView(QAction *item, std::initializer_list<Marker *> markers) {
         marker->setVisible(item->isChecked());
 }
 
+// Stores the popup cell into a position's two header bytes and moves its marker there.
+void setPosition(LevelRecord &level, LevelRecord::HeaderByte xByte, std::int16_t x, std::int16_t y,
+                 Marker *marker) {
+    level.header[xByte] = static_cast<std::uint8_t>(x);
+    level.header[xByte + 1] = static_cast<std::uint8_t>(y);
+    marker->place(cellOrigin(x, y));
+}
+
+void showReport(Dialogs &dialogs, const CountReport &report) {
+    dialogs.message(report.text, report.title, QMessageBox::Information, QMessageBox::Ok);
+}
+
 } // namespace
 
 void frmMain::picLevel_MouseDown(Qt::MouseButton button, QPointF pos) {
@@ -134,16 +146,6 @@ void frmMain::mnuTilePopUpTake_Click() {
     shpTakeType->place(Tileset::cellOrigin(popupTile));
 }
 
-namespace {
-// Stores the popup cell into a position's two header bytes and moves its marker there.
-void setPosition(LevelRecord &level, LevelRecord::HeaderByte xByte, std::int16_t x, std::int16_t y,
-                 Marker *marker) {
-    level.header[xByte] = static_cast<std::uint8_t>(x);
-    level.header[xByte + 1] = static_cast<std::uint8_t>(y);
-    marker->place(cellOrigin(x, y));
-}
-} // namespace
-
 void frmMain::mnuLevelPopUpStart_Click() {
     setPosition(levelset.current(), LevelRecord::StartX, popupX, popupY, shpStart);
 }
@@ -189,12 +191,6 @@ void frmMain::mnuToolsSetFloor_Click() {
     setFloor(levelset.current());
     drawLevel(levelset.currentLevel);
 }
-
-namespace {
-void showReport(Dialogs &dialogs, const CountReport &report) {
-    dialogs.message(report.text, report.title, QMessageBox::Information, QMessageBox::Ok);
-}
-} // namespace
 
 void frmMain::mnuToolsEnemies_Click() {
     showReport(dialogs(), countEnemies(levelset.current()));
