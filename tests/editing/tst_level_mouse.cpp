@@ -25,6 +25,7 @@ private slots:
     void otherButtonCombinationsOnlyMoveTheCursor_data();
     void otherButtonCombinationsOnlyMoveTheCursor();
     void levelCursorStaysInsideTheLevel();
+    void levelCursorReturnsAfterALevelChangeOnlyInANewCell();
     void pressOutsideANarrowLevelWritesNothing_data();
     void pressOutsideANarrowLevelWritesNothing();
     void modifiersChangeNothing();
@@ -165,6 +166,18 @@ void LevelMouseTest::levelCursorStaysInsideTheLevel() {
     editor->release(Qt::LeftButton, cellCentre(3, 3));
     editor->hover(cellCentre(3, 3) + QPoint(1, 1));
     QCOMPARE(editor->window.levelCursor->pos(), QPoint(176, 112));
+}
+
+void LevelMouseTest::levelCursorReturnsAfterALevelChangeOnlyInANewCell() {
+    editor->hover(cellCentre(5, 5));
+    editor->window.mnuLevelAdd_Click();
+    editor->window.mnuLevelNext_Click();
+    QCOMPARE(editor->window.levelCursor->pos(), QPoint(0, 0));
+    editor->hover(cellCentre(5, 5) + QPoint(3, 3));
+    QCOMPARE(editor->window.levelCursor->pos(), QPoint(0, 0));
+    editor->hover(cellCentre(6, 5));
+    QCOMPARE(editor->window.levelCursor->pos(), QPoint(96, 80));
+    QCOMPARE(editor->status(), "X: 6, Y: 5, Tile: 0");
 }
 
 void LevelMouseTest::pressOutsideANarrowLevelWritesNothing_data() {
