@@ -1,6 +1,7 @@
 #include "levelset/LevelsetName.h"
 
 #include <QTest>
+#include <random>
 
 Q_DECLARE_METATYPE(PathStyle)
 
@@ -13,6 +14,7 @@ private slots:
     void fileNameRule();
     void saveForm_data();
     void saveForm();
+    void randomPathsKeepTheRules();
 };
 
 void LevelsetNameTest::tag_data() {
@@ -132,6 +134,41 @@ void LevelsetNameTest::saveForm() {
     // The form a save writes must pass the rule whenever the chosen path did.
     QCOMPARE(isValidLevelsetFileName(saveFormOfPath(path, style), style),
              isValidLevelsetFileName(path, style));
+}
+
+// Paths made of separators, name pieces, case variants and characters of every width.
+void LevelsetNameTest::randomPathsKeepTheRules() {
+    const QStringList pieces = {"/",
+                                "\\",
+                                "zkstl",
+                                "ZKSTL",
+                                ".kst",
+                                ".KST",
+                                "a",
+                                "Q",
+                                "7",
+                                " ",
+                                QString::fromUtf8("\xc3\xa9"),
+                                QString::fromUtf8("\xc3\x9f"),
+                                QString::fromUtf8("\xc4\xb0"),
+                                QString::fromUtf8("\xe2\x82\xac"),
+                                QString::fromUtf8("\xf0\x9f\x98\x80")};
+    std::mt19937 generator(99u);
+    for (int round = 0; round < 20000; ++round) {
+        QString path;
+        const int length = int(generator() % 9);
+        for (int i = 0; i < length; ++i)
+            path += pieces[int(generator() % pieces.size())];
+        const QString tag = levelsetTag(path);
+        QVERIFY2(tag.startsWith("KST0") && tag.toUcs4().size() == LevelsetTagLength,
+                 qPrintable(path));
+        for (PathStyle style : {PathStyle::Posix, PathStyle::Windows}) {
+            const QString saved = saveFormOfPath(path, style);
+            QCOMPARE(saved.size(), path.size());
+            QCOMPARE(saveFormOfPath(saved, style), saved);
+            QCOMPARE(isValidLevelsetFileName(saved, style), isValidLevelsetFileName(path, style));
+        }
+    }
 }
 
 QTEST_APPLESS_MAIN(LevelsetNameTest)
