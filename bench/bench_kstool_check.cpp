@@ -1,0 +1,168 @@
+// kstool check over 10,000 levelset files in one process, next to cat of the same files: the
+// cost of reading every file with the editor's reader and checking it, against the floor of
+// opening and reading them at all. Both run as child processes with output to /dev/null; the
+// ratio of the fastest runs is printed at the end and must stay at or below 2.
+#include "levelset/LevelsetFile.h"
+
+#include <QDir>
+#include <QFileInfo>
+#include <QTemporaryDir>
+#include <benchmark/benchmark.h>
+#include <chrono>
+#include <cstdio>
+#include <fcntl.h>
+#include <map>
+#include <random>
+#include <spawn.h>
+#include <string>
+#include <sys/wait.h>
+#include <unistd.h>
+#include <vector>
+
+extern char **environ;
+
+namespace {
+
+constexpr int FileCount = 10000;
+constexpr int Repetitions = 5;
+
+std::string kstoolPath;
+std::vector<std::string> files;
+
+// Levelsets of 1..8 levels of random sizes and tiles; some break the holes-and-guards limits,
+// so the check has findings to write as well.
+void makeFiles(const QString &folder) {
+    std::mt19937 generator(2024);
+    const auto pick = [&](int low, int high) {
+        return std::uniform_int_distribution<int>(low, high)(generator);
+    };
+    for (int i = 0; i < FileCount; ++i) {
+        Levelset levelset;
+        levelset.levelCount = static_cast<std::uint8_t>(pick(1, 8));
+        for (int l = 0; l < levelset.levelCount; ++l) {
+            LevelRecord &level = levelset.levels[l];
+            level.header[LevelRecord::Width] = static_cast<std::uint8_t>(pick(12, 32));
+            level.header[LevelRecord::Height] = static_cast<std::uint8_t>(pick(8, 32));
+            for (std::uint8_t &tile : level.tiles)
+                tile = static_cast<std::uint8_t>(pick(0, 177));
+        }
+        const QString path = QDir(folder).filePath(
+            QStringLiteral("zkstl%1.kst").arg(i % 1000, 3, 10, QLatin1Char('0')));
+        const QString unique = QDir(folder).filePath(QStringLiteral("%1").arg(i / 1000));
+        QDir().mkpath(unique);
+        const QString file = unique + QLatin1Char('/') + QFileInfo(path).fileName();
+        QFile out(file);
+        out.open(QIODevice::WriteOnly);
+        out.write(writeLevelset(levelset, file));
+        files.push_back(file.toStdString());
+    }
+}
+
+// Runs the program on every file with its output thrown away; the wall time in seconds.
+double runOnFiles(const std::string &program, const std::vector<std::string> &leading) {
+    std::vector<char *> argv;
+    argv.push_back(const_cast<char *>(program.c_str()));
+    for (const std::string &argument : leading)
+        argv.push_back(const_cast<char *>(argument.c_str()));
+    for (const std::string &file : files)
+        argv.push_back(const_cast<char *>(file.c_str()));
+    argv.push_back(nullptr);
+
+    posix_spawn_file_actions_t actions;
+    posix_spawn_file_actions_init(&actions);
+    posix_spawn_file_actions_addopen(&actions, STDOUT_FILENO, "/dev/null", O_WRONLY, 0);
+    const auto start = std::chrono::steady_clock::now();
+    pid_t pid = 0;
+    if (posix_spawnp(&pid, program.c_str(), &actions, nullptr, argv.data(), environ) != 0)
+        return -1;
+    int status = 0;
+    waitpid(pid, &status, 0);
+    const auto end = std::chrono::steady_clock::now();
+    posix_spawn_file_actions_destroy(&actions);
+    // check exits 1 because some files break a limit; anything else is a failure.
+    if (!WIFEXITED(status) || WEXITSTATUS(status) > 1)
+        return -1;
+    return std::chrono::duration<double>(end - start).count();
+}
+
+void measure(benchmark::State &state, const std::string &program,
+             const std::vector<std::string> &leading) {
+    for (auto _ : state) {
+        const double seconds = runOnFiles(program, leading);
+        if (seconds < 0) {
+            state.SkipWithError(("could not run " + program).c_str());
+            return;
+        }
+        state.SetIterationTime(seconds);
+    }
+    state.counters["files/s"] =
+        benchmark::Counter(double(FileCount), benchmark::Counter::kIsIterationInvariantRate);
+}
+
+void BM_Cat(benchmark::State &state) {
+    measure(state, "cat", {});
+}
+
+void BM_KstoolCheck(benchmark::State &state) {
+    measure(state, kstoolPath, {"check"});
+}
+
+BENCHMARK(BM_Cat)
+    ->UseManualTime()
+    ->Iterations(3)
+    ->Repetitions(Repetitions)
+    ->Unit(benchmark::kMillisecond);
+BENCHMARK(BM_KstoolCheck)
+    ->UseManualTime()
+    ->Iterations(3)
+    ->Repetitions(Repetitions)
+    ->Unit(benchmark::kMillisecond);
+
+// The console report, plus the ratio of the fastest repetition of each benchmark.
+class RatioReporter : public benchmark::ConsoleReporter {
+public:
+    void ReportRuns(const std::vector<Run> &runs) override {
+        ConsoleReporter::ReportRuns(runs);
+        for (const Run &run : runs) {
+            if (run.run_type != Run::RT_Iteration || run.error_occurred)
+                continue;
+            const std::string name = run.benchmark_name().substr(0, run.benchmark_name().find('/'));
+            const double ms = run.GetAdjustedRealTime();
+            if (!fastest_.count(name) || ms < fastest_[name])
+                fastest_[name] = ms;
+        }
+    }
+    void Finalize() override {
+        ConsoleReporter::Finalize();
+        if (!fastest_.count("BM_Cat") || !fastest_.count("BM_KstoolCheck"))
+            return;
+        ratio = fastest_["BM_KstoolCheck"] / fastest_["BM_Cat"];
+        std::printf("%d files: kstool check %.1f ms, cat %.1f ms, ratio %.2f (limit 2.00)\n",
+                    FileCount, fastest_["BM_KstoolCheck"], fastest_["BM_Cat"], ratio);
+    }
+    double ratio = -1;
+
+private:
+    std::map<std::string, double> fastest_;
+};
+
+} // namespace
+
+int main(int argc, char **argv) {
+    // kstool is built into the same folder as this program; KSTOOL names another one.
+    const char *fromEnvironment = std::getenv("KSTOOL");
+    kstoolPath =
+        fromEnvironment
+            ? fromEnvironment
+            : QFileInfo(QString::fromLocal8Bit(argv[0])).absolutePath().toStdString() + "/kstool";
+    QTemporaryDir folder;
+    makeFiles(folder.path());
+
+    benchmark::Initialize(&argc, argv);
+    if (benchmark::ReportUnrecognizedArguments(argc, argv))
+        return 2;
+    RatioReporter reporter;
+    benchmark::RunSpecifiedBenchmarks(&reporter);
+    benchmark::Shutdown();
+    return reporter.ratio >= 0 && reporter.ratio <= 2.0 ? 0 : 1;
+}
