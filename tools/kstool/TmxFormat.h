@@ -26,7 +26,7 @@ QString tmxExportProblem(const LevelsetDump &dump);
 // level. Returns an empty string or what failed.
 QString exportTmx(const LevelsetDump &dump, const QString &output);
 
-// Reads the maps named by input into a levelset: input itself when it exists, as a levelset
-// of one level, else OUT-1.tmx, OUT-2.tmx, ... for input "OUT.tmx" as long as they exist.
-// A missing tag is defaultTag.
+// Reads maps into a levelset, one level per map. "OUT-1.tmx" (or "OUT.tmx" when no such file
+// exists) names the series OUT-1.tmx, OUT-2.tmx, ... as far as it goes; any other existing map
+// is a levelset of one level. A missing tag is defaultTag.
 ImportResult importTmx(const QString &input, const QByteArray &defaultTag);
