@@ -95,7 +95,8 @@ void frmMain::mnuFileOpen_Click() {
 }
 
 void frmMain::mnuFileSave_Click() {
-    // A levelset that has a file is written back to it; its name was checked when it was chosen.
+    // A levelset that has a file is written back to it at once: no dialog, and no name rule,
+    // since an opened file may have any name.
     if (levelset.levelsetPath != UntitledPath) {
         saveLevelset(saveFormOfPath(levelset.levelsetPath));
         return;
