@@ -141,6 +141,17 @@ private:
         return runKstool({"export", "zkstlsrc.kst", "-o", "out.tmx"}, folder->path());
     }
     static QString tiled() { return QStandardPaths::findExecutable(QStringLiteral("tiled")); }
+    // Tiled is a GUI program; it runs its command-line export without a display.
+    void runTiled(const QStringList &arguments) {
+        QProcess process;
+        QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+        environment.insert(QStringLiteral("QT_QPA_PLATFORM"), QStringLiteral("offscreen"));
+        process.setProcessEnvironment(environment);
+        process.setWorkingDirectory(folder->path());
+        process.start(tiled(), arguments);
+        QVERIFY(process.waitForFinished(60000));
+        QVERIFY2(process.exitCode() == 0, process.readAllStandardError().constData());
+    }
     std::unique_ptr<QTemporaryDir> folder;
 };
 
@@ -302,6 +313,15 @@ void KstoolTiledTest::importRefuses_data() {
     tall.width = 32;
     tall.height = 40;
     QTest::newRow("taller than the grid") << tall.xml() << "cell (0, 32): outside the 32 x 32 grid";
+    MapText flat;
+    flat.width = 40;
+    flat.height = 0;
+    QTest::newRow("too wide without a row")
+        << flat.xml() << "level 1: the map is 40 x 0; a level is at most 32 x 32";
+    QByteArray otherTileset = MapText().xml();
+    otherTileset.replace("firstgid=\"1\" name=\"k\"", "firstgid=\"2\" name=\"kestrix\"");
+    QTest::newRow("tile of another tileset")
+        << otherTileset << "cell (0, 0): the tile comes from another tileset than kestrix";
 
     MapText map;
     map.properties = mapProperty("colour", "red");
@@ -399,11 +419,9 @@ void KstoolTiledTest::tiledReadsKstoolMaps() {
     for (int index = 0; index < levelset.levelCount; ++index) {
         const QString map = QStringLiteral("out-%1.tmx").arg(index + 1);
         const QString json = QStringLiteral("tiled-%1.json").arg(index + 1);
-        QProcess process;
-        process.setWorkingDirectory(folder->path());
-        process.start(tiled(), {"--export-map", "json", map, json});
-        QVERIFY(process.waitForFinished(60000));
-        QCOMPARE(process.exitCode(), 0);
+        runTiled({"--export-map", "json", map, json});
+        if (QTest::currentTestFailed())
+            return;
 
         const QJsonObject root = QJsonDocument::fromJson(readBytes(path(json))).object();
         const LevelRecord &level = levelset.levels[index];
@@ -424,12 +442,10 @@ void KstoolTiledTest::tiledWrittenMapsImport() {
         withByte(fileOf(varied()) + QByteArray("\x01\x02", 2), CountOffset, 3);
     QCOMPARE(exportMaps(original).exitCode, 0);
     for (int number = 1; number <= 3; ++number) {
-        QProcess process;
-        process.setWorkingDirectory(folder->path());
-        process.start(tiled(), {"--export-map", "tmx", QStringLiteral("out-%1.tmx").arg(number),
-                                QStringLiteral("tiled-%1.tmx").arg(number)});
-        QVERIFY(process.waitForFinished(60000));
-        QCOMPARE(process.exitCode(), 0);
+        runTiled({"--export-map", "tmx", QStringLiteral("out-%1.tmx").arg(number),
+                  QStringLiteral("tiled-%1.tmx").arg(number)});
+        if (QTest::currentTestFailed())
+            return;
     }
     QVERIFY2(readBytes(path("tiled-1.tmx")).contains("tiledversion"), "Tiled wrote the maps");
 

@@ -87,7 +87,9 @@ void TmxParser::readLayers(TmxMap &map, bool ofMap) {
         if (name == QLatin1String("properties") && ofMap)
             readProperties(map);
         else if (name == QLatin1String("tileset")) {
-            if (map.firstGid < 0)
+            // The tileset kstool writes is named kestrix; a map may have gained others.
+            if (map.firstGid < 0 ||
+                xml_.attributes().value(QLatin1String("name")) == QLatin1String("kestrix"))
                 map.firstGid = intAttribute(QStringLiteral("firstgid"), 1);
             xml_.skipCurrentElement();
         } else if (name == QLatin1String("layer"))
@@ -226,6 +228,8 @@ QString LevelBuilder::build(const TmxMap &map, bool &countGiven) {
     if (map.tileLayers != 1)
         return where +
                QStringLiteral("the map has %1 tile layers; a level is one").arg(map.tileLayers);
+    if (map.width < 0 || map.height < 0)
+        return where + QStringLiteral("the map is %1 x %2").arg(map.width).arg(map.height);
     if (map.gids.size() != qsizetype(map.width) * map.height)
         return where + QStringLiteral("the layer holds %1 cells; a %2 x %3 map has %4")
                            .arg(map.gids.size())
@@ -237,6 +241,10 @@ QString LevelBuilder::build(const TmxMap &map, bool &countGiven) {
     QString error = cells(map, level);
     if (!error.isEmpty())
         return error;
+    if (map.width > LevelRecord::GridSize || map.height > LevelRecord::GridSize)
+        return where + QStringLiteral("the map is %1 x %2; a level is at most 32 x 32")
+                           .arg(map.width)
+                           .arg(map.height);
     // What the map does not say is what a new level holds; the finish sits bottom-right.
     LevelRecord fresh;
     fresh.reset();
@@ -271,7 +279,9 @@ QString LevelBuilder::cells(const TmxMap &map, LevelDump &level) {
             if (gid == 0)
                 return where + QStringLiteral("empty; every cell of a level holds a tile");
             const qint64 id = qint64(gid) - firstGid;
-            if (id < 0 || !isPlaceableTile(int(std::min<qint64>(id, 255))))
+            if (id < 0)
+                return where + QStringLiteral("the tile comes from another tileset than kestrix");
+            if (!isPlaceableTile(int(std::min<qint64>(id, 255))))
                 return where +
                        QStringLiteral("tile id %1 is not one a level can hold (0..177)").arg(id);
             level.cells += static_cast<char>(id);
