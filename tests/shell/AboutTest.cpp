@@ -241,6 +241,12 @@ void AboutTest::splashNamesProductPlatformAndVersion() {
     QVERIFY(QTest::qWaitForWindowExposed(&splash));
     const QPoint centre = splash.screen()->availableGeometry().center();
     QVERIFY((splash.frameGeometry().center() - centre).manhattanLength() <= 2);
+
+    // Clicks and keys do not close it: only start-up does.
+    QTest::mouseClick(&splash, Qt::LeftButton);
+    QTest::keyClick(&splash, Qt::Key_Escape);
+    QTest::keyClick(&splash, Qt::Key_Return);
+    QVERIFY(splash.isVisible());
 }
 
 void AboutTest::startUpClosesTheSplashBeforeShowingTheLoadedWindow() {

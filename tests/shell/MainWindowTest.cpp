@@ -40,6 +40,10 @@ private slots:
 };
 
 void MainWindowTest::startsWithOneUntitledLevel() {
+    ScriptedDialogs dialogs;
+    const frmMain unloaded(&dialogs);
+    QCOMPARE(unloaded.windowTitle(), QStringLiteral("Kestrix: Levelset Editor"));
+
     ShellWindow shell;
     QCOMPARE(shell.window.windowTitle(), QStringLiteral("[Untitled] - Kestrix: Levelset Editor"));
     QCOMPARE(shell.label(), QStringLiteral("Level: 1 / 1"));
