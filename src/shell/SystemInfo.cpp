@@ -41,7 +41,7 @@ QString PathSystemInfo::toolPath() {
 bool GetKeyValue(RegistryApi &registry, quint32 KeyRoot, const QString &KeyName,
                  const QString &SubKeyRef, QString &KeyVal) {
     RegistryApi::Key key = 0;
-    if (!registry.openKey(KeyRoot, KeyName, KEY_ALL_ACCESS_MASK, key)) {
+    if (!registry.openKey(KeyRoot, KeyName, RegistryApi::AllAccess, key)) {
         KeyVal.clear();
         return false;
     }
@@ -75,11 +75,11 @@ RegistrySystemInfo::RegistrySystemInfo(RegistryApi &registry, FileExists fileExi
 
 QString RegistrySystemInfo::toolPath() {
     QString value;
-    if (GetKeyValue(registry_, HKEY_LOCAL_MACHINE_ROOT,
+    if (GetKeyValue(registry_, RegistryApi::LocalMachine,
                     QStringLiteral("SOFTWARE\\Microsoft\\Shared Tools\\MSINFO"),
                     QStringLiteral("PATH"), value))
         return value;
-    if (GetKeyValue(registry_, HKEY_LOCAL_MACHINE_ROOT,
+    if (GetKeyValue(registry_, RegistryApi::LocalMachine,
                     QStringLiteral("SOFTWARE\\Microsoft\\Shared Tools Location"),
                     QStringLiteral("MSINFO"), value)) {
         const QString tool = value + QStringLiteral("\\MSINFO32.EXE");

@@ -41,8 +41,10 @@ private:
 class RegistryApi {
 public:
     using Key = quintptr;
-    static constexpr quint32 StringType = 1; // REG_SZ
-    static constexpr quint32 DwordType = 4;  // REG_DWORD
+    static constexpr quint32 StringType = 1;            // REG_SZ
+    static constexpr quint32 DwordType = 4;             // REG_DWORD
+    static constexpr quint32 LocalMachine = 0x80000002; // HKEY_LOCAL_MACHINE
+    static constexpr quint32 AllAccess = 0x2003F;       // KEY_ALL_ACCESS
 
     virtual ~RegistryApi() = default;
     virtual bool openKey(quint32 root, const QString &name, quint32 access, Key &key) = 0;
@@ -51,9 +53,6 @@ public:
                             QByteArray &buffer) = 0;
     virtual void closeKey(Key key) = 0;
 };
-
-inline constexpr quint32 HKEY_LOCAL_MACHINE_ROOT = 0x80000002;
-inline constexpr quint32 KEY_ALL_ACCESS_MASK = 0x2003F;
 
 // Reads value SubKeyRef of key KeyName into KeyVal; false (and KeyVal "") when the key cannot be
 // opened or the value read. A key that was opened is always closed again.

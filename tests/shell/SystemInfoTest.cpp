@@ -223,7 +223,7 @@ void SystemInfoTest::getKeyValueReadsAndAlwaysCloses() {
         registry.keys[QStringLiteral("K")][QStringLiteral("V")] = {type, bytes};
 
     QString value = QStringLiteral("before");
-    QCOMPARE(GetKeyValue(registry, HKEY_LOCAL_MACHINE_ROOT, QStringLiteral("K"),
+    QCOMPARE(GetKeyValue(registry, RegistryApi::LocalMachine, QStringLiteral("K"),
                          QStringLiteral("V"), value),
              read);
     QCOMPARE(value, keyVal);
