@@ -502,7 +502,21 @@ QString MonkeyWalk::checkFileCommand(Command command, const Before &before) {
     if (folder_.writtenBySave(opened)) {
         QFile saved(opened);
         saved.open(QIODevice::ReadOnly);
-        if (writeLevelset(now, opened) != saved.readAll())
+        QByteArray expected = saved.readAll();
+        // Showing the first level selects its options, which store a foreign level type as 1
+        // and a foreign alien type as 4.
+        constexpr int LevelType = LevelsetFilePrologueSize + LevelRecord::LevelType;
+        constexpr int AlienType = LevelsetFilePrologueSize + LevelRecord::AlienType;
+        const QByteArray reread = writeLevelset(now, opened);
+        if (expected.size() > AlienType && reread.size() > AlienType) {
+            const auto levelType = static_cast<std::uint8_t>(expected[LevelType]);
+            const auto alienType = static_cast<std::uint8_t>(expected[AlienType]);
+            if (levelType > 1 && reread[LevelType] == 1)
+                expected[LevelType] = 1;
+            if (alienType != 3 && alienType != 4 && reread[AlienType] == 4)
+                expected[AlienType] = 4;
+        }
+        if (reread != expected)
             return QStringLiteral("%1 did not read back as it was saved").arg(opened);
     }
     return {};
@@ -550,9 +564,14 @@ QString MonkeyWalk::expectSave(const Levelset &before, bool forceDialog, bool st
 
 namespace {
 
+// QTest takes the point (0, 0) for "the widget's centre"; (0, 1) lies in the same cell.
+QPoint notCentre(QPoint p) {
+    return p.isNull() ? QPoint(0, 1) : p;
+}
+
 // A pointer position: mostly over the level and its near edges, sometimes anywhere on the view
 // and, while a button is held, far outside it.
-QPoint strokePoint(std::mt19937 &random, const LevelRecord &level, QPoint near, bool mayLeave) {
+QPoint anyStrokePoint(std::mt19937 &random, const LevelRecord &level, QPoint near, bool mayLeave) {
     const auto in = [&](int low, int high) {
         return std::uniform_int_distribution<int>(low, high)(random);
     };
@@ -568,6 +587,10 @@ QPoint strokePoint(std::mt19937 &random, const LevelRecord &level, QPoint near, 
     default:
         return near + QPoint(in(-24, 24), in(-24, 24));
     }
+}
+
+QPoint strokePoint(std::mt19937 &random, const LevelRecord &level, QPoint near, bool mayLeave) {
+    return notCentre(anyStrokePoint(random, level, near, mayLeave));
 }
 
 std::int16_t cellOf(int pixel) {
@@ -740,6 +763,7 @@ QString MonkeyWalk::paletteClick(QString &description) {
         at = QPoint(Cell * (crowd % 8) + pick(Cell), Cell * (crowd / 8) + pick(Cell));
     }
     const int id = 8 * cellOf(at.y()) + cellOf(at.x());
+    at = notCentre(at);
     QTest::mouseClick(w.picTiles, button, anyModifiers(random_), at);
     description =
         QStringLiteral("palette %1 at %2 (id %3)").arg(int(button)).arg(where(at)).arg(id);
