@@ -6,6 +6,7 @@
 
 #include <QCoreApplication>
 #include <QFileDialog>
+#include <QLineEdit>
 #include <QTimer>
 #include <QtTest>
 
@@ -240,6 +241,7 @@ private slots:
         QString title, folder;
         QStringList filters;
         int otherModals = 0;
+        int ticks = 0;
         QTimer answerer;
         connect(&answerer, &QTimer::timeout, this, [&] {
             QWidget *modal = QApplication::activeModalWidget();
@@ -247,11 +249,14 @@ private slots:
                 title = dialog->windowTitle();
                 filters = dialog->nameFilters();
                 folder = dialog->directory().absolutePath();
-                if (otherModals > 0) { // a question came up: give up rather than loop
+                // Typed as a user types it; selectFile() would race the folder's loading.
+                auto *name = dialog->findChild<QLineEdit *>(QStringLiteral("fileNameEdit"));
+                // A question, or a dialog that will not take the name: give up, never hang.
+                if (!name || otherModals > 0 || ++ticks > 100) {
                     dialog->reject();
                     return;
                 }
-                dialog->selectFile(path);
+                name->setText(path);
                 static_cast<QDialog *>(dialog)->accept(); // as the Save button does
             } else if (modal) {
                 ++otherModals;
