@@ -1,37 +1,38 @@
-// The level list and resize commands through the window, the toolbar against the menu, and
-// closing the window.
+// The level list and resize commands, the toolbar against the menu, and closing the window.
 
-#include "ShellWindow.h"
+#include "support/EditorWindow.h"
 
-#include <QCloseEvent>
-
-class CommandsTest : public QObject {
-    Q_OBJECT
-private slots:
-    void freshLevelsetRefusesPreviousNextAndRemove();
-    void addThenNextShowsTheSecondLevel();
-    void previousShowsTheFirstLevelAgain();
-    void removeDropsOnlyALevelThatIsNotCurrent();
-    void addStopsAtEightLevels();
-    void widthGrowsToThirtyTwoAndNoFurther();
-    void sizeStopsAtTheSmallestLevel();
-    void shrinkingKeepsTheFinishMarkerAndOtherLevels();
-    void toolbarButtonDoesWhatItsMenuItemDoes_data();
-    void toolbarButtonDoesWhatItsMenuItemDoes();
-    void unknownToolbarKeysDoNothing_data();
-    void unknownToolbarKeysDoNothing();
-    void exitCancelledKeepsTheWindowAndOtherWindows();
-    void exitClosesOtherWindowsNewestFirst();
-};
+#include <QToolBar>
 
 namespace {
 
-void addLevels(frmMain &window, int count) {
-    for (int i = 0; i < count; ++i)
-        window.mnuLevelAdd_Click();
-}
+// Everything the user can see of a window and everything it asked, in one comparable value.
+struct Visible {
+    std::array<LevelRecord, Levelset::MaxLevels> levels;
+    QStringList texts;       // title, level label, status text, time field
+    QList<qsizetype> counts; // levels, current level, open and save dialogs, modal windows
+    QList<std::pair<QPoint, bool>> markers; // place, shown
+    QImage view;
+    QStringList messages;
 
-// Records the order in which windows are asked to close.
+    static Visible of(EditorWindow &e) {
+        frmMain &w = e.window;
+        Visible state{w.levelset.levels,
+                      {e.title(), e.label(), e.status(), w.panel->txtTime->text()},
+                      {w.levelset.levelCount, w.levelset.currentLevel,
+                       e.dialogs.openQuestions.size(), e.dialogs.saveQuestions.size(),
+                       e.dialogs.modalCount},
+                      {},
+                      w.picLevel->image(),
+                      e.dialogs.messageTexts()};
+        for (const Marker *marker : {w.levelCursor, w.shpStart, w.shpFinish, w.shpPut, w.shpTake,
+                                     w.tileCursor, w.shpPutType, w.shpTakeType})
+            state.markers.append({marker->pos(), !marker->isHidden()});
+        return state;
+    }
+    bool operator==(const Visible &) const = default;
+};
+
 class CloseRecorder : public QObject {
 public:
     QStringList closed;
@@ -44,316 +45,246 @@ public:
 
 } // namespace
 
-void CommandsTest::freshLevelsetRefusesPreviousNextAndRemove() {
-    ShellWindow shell;
-    shell.window.levelCursor->place(QPoint(48, 32));
-    const VisibleState before = VisibleState::of(shell);
-    shell.window.mnuLevelPrevious_Click();
-    shell.window.mnuLevelNext_Click();
-    shell.window.mnuLevelRemove_Click();
-    QCOMPARE(shell.label(), QStringLiteral("Level: 1 / 1"));
-    QVERIFY(VisibleState::of(shell) == before);
-    QCOMPARE(shell.window.levelCursor->pos(), QPoint(48, 32));
-}
+class CommandsTest : public QObject {
+    Q_OBJECT
+private slots:
+    void levelListAddsWalksAndRemoves() {
+        EditorWindow e;
+        frmMain &w = e.window;
+        Levelset &ls = e.levelset();
+        ls.levels[0].header[LevelRecord::FinishX] = 5;
+        // A record outside the set comes in with Add as it was prepared.
+        LevelRecord &second = ls.levels[1];
+        second.header[LevelRecord::Width] = 20;
+        second.header[LevelRecord::Time] = 42;
+        second.header[LevelRecord::StartX] = 3;
+        second.header[LevelRecord::StartY] = 4;
+        w.levelCursor->place(QPoint(48, 32));
 
-void CommandsTest::addThenNextShowsTheSecondLevel() {
-    ShellWindow shell;
-    frmMain &w = shell.window;
-    // The second record is prepared while outside the set; Add brings it in as it is.
-    LevelRecord &second = shell.levelset().levels[1];
-    second.header[LevelRecord::Width] = 20;
-    second.header[LevelRecord::Time] = 42;
-    second.header[LevelRecord::StartX] = 3;
-    second.header[LevelRecord::StartY] = 4;
-    w.levelCursor->place(QPoint(48, 32));
+        w.mnuLevelAdd_Click();
+        QCOMPARE(e.label(), "Level: 1 / 2");
+        QVERIFY(e.cellIsGrey(15, 0)); // the view still shows the first level
+        QCOMPARE(w.panel->txtTime->text(), "99");
 
-    w.mnuLevelAdd_Click();
-    QCOMPARE(shell.label(), QStringLiteral("Level: 1 / 2"));
-    QCOMPARE(shell.levelset().currentLevel, 0);
-    QVERIFY(cellIsGrey(w, 15, 0)); // the view still shows the first level
-    QCOMPARE(w.panel->txtTime->text(), QStringLiteral("99"));
+        w.mnuLevelNext_Click();
+        QCOMPARE(e.label(), "Level: 2 / 2");
+        QCOMPARE(ls.currentLevel, 1);
+        QCOMPARE(w.levelCursor->pos(), QPoint(0, 0));
+        QVERIFY(!e.cellIsGrey(15, 0));
+        QVERIFY(e.cellIsGrey(20, 0));
+        QCOMPARE(w.shpStart->pos(), QPoint(48, 64));
+        QCOMPARE(w.panel->txtTime->text(), "42");
+        QCOMPARE(ls.levels[0].header[LevelRecord::Time], 99); // filling the panel wrote nothing
+        QCOMPARE(second.header[LevelRecord::Time], 42);       // into either level
 
-    w.mnuLevelNext_Click();
-    QCOMPARE(shell.label(), QStringLiteral("Level: 2 / 2"));
-    QCOMPARE(shell.levelset().currentLevel, 1);
-    QCOMPARE(w.levelCursor->pos(), QPoint(0, 0));
-    QVERIFY(!cellIsGrey(w, 15, 0));
-    QVERIFY(cellIsGrey(w, 20, 0));
-    QCOMPARE(w.shpStart->pos(), QPoint(48, 64));
-    QCOMPARE(w.panel->txtTime->text(), QStringLiteral("42"));
-    // Filling the panel wrote nothing into the level left behind.
-    QCOMPARE(shell.levelset().levels[0].header[LevelRecord::Time], 99);
-    QCOMPARE(shell.levelset().levels[1].header[LevelRecord::Time], 42);
-}
+        w.levelCursor->place(QPoint(64, 64));
+        w.mnuLevelPrevious_Click();
+        QCOMPARE(e.label(), "Level: 1 / 2");
+        QCOMPARE(w.levelCursor->pos(), QPoint(0, 0));
+        QCOMPARE(w.shpFinish->pos(), QPoint(80, 112));
 
-void CommandsTest::previousShowsTheFirstLevelAgain() {
-    ShellWindow shell;
-    frmMain &w = shell.window;
-    shell.levelset().levels[0].header[LevelRecord::FinishX] = 5;
-    addLevels(w, 1);
-    w.mnuLevelNext_Click();
-    w.levelCursor->place(QPoint(64, 64));
-
-    w.mnuLevelPrevious_Click();
-    QCOMPARE(shell.label(), QStringLiteral("Level: 1 / 2"));
-    QCOMPARE(w.levelCursor->pos(), QPoint(0, 0));
-    QCOMPARE(w.shpFinish->pos(), QPoint(80, 112));
-
-    // At the first level Previous leaves even the cursor alone.
-    w.levelCursor->place(QPoint(64, 64));
-    w.mnuLevelPrevious_Click();
-    QCOMPARE(w.levelCursor->pos(), QPoint(64, 64));
-    QCOMPARE(shell.label(), QStringLiteral("Level: 1 / 2"));
-}
-
-void CommandsTest::removeDropsOnlyALevelThatIsNotCurrent() {
-    ShellWindow shell;
-    frmMain &w = shell.window;
-    addLevels(w, 2);
-    w.mnuLevelNext_Click();
-    w.mnuLevelNext_Click();
-    QCOMPARE(shell.label(), QStringLiteral("Level: 3 / 3"));
-    shell.levelset().levels[2].tile(4, 4) = 77;
-
-    w.mnuLevelRemove_Click(); // the last level is current: refused
-    QCOMPARE(shell.label(), QStringLiteral("Level: 3 / 3"));
-
-    w.mnuLevelPrevious_Click();
-    w.mnuLevelRemove_Click();
-    QCOMPARE(shell.label(), QStringLiteral("Level: 2 / 2"));
-    QCOMPARE(shell.levelset().levelCount, 2);
-
-    // The dropped level comes back with Add, as it was.
-    w.mnuLevelAdd_Click();
-    QCOMPARE(shell.label(), QStringLiteral("Level: 2 / 3"));
-    QCOMPARE(shell.levelset().levels[2].tile(4, 4), 77);
-}
-
-void CommandsTest::addStopsAtEightLevels() {
-    ShellWindow shell;
-    addLevels(shell.window, 7);
-    QCOMPARE(shell.label(), QStringLiteral("Level: 1 / 8"));
-    const VisibleState before = VisibleState::of(shell);
-    shell.window.mnuLevelAdd_Click();
-    QCOMPARE(shell.levelset().levelCount, 8);
-    QVERIFY(VisibleState::of(shell) == before);
-}
-
-void CommandsTest::widthGrowsToThirtyTwoAndNoFurther() {
-    ShellWindow shell;
-    QVERIFY(shell.showActive());
-    for (int i = 0; i < 20; ++i)
-        QTest::keyClick(&shell.window, Qt::Key_F2);
-    QCOMPARE(shell.levelset().current().width(), 32);
-    QVERIFY(!cellIsGrey(shell.window, 31, 0));
-
-    QTest::keyClick(&shell.window, Qt::Key_F2);
-    QCOMPARE(shell.levelset().current().width(), 32);
-
-    for (int i = 0; i < 24; ++i)
-        QTest::keyClick(&shell.window, Qt::Key_F4);
-    QCOMPARE(shell.levelset().current().height(), 32);
-    QVERIFY(!cellIsGrey(shell.window, 31, 31));
-}
-
-void CommandsTest::sizeStopsAtTheSmallestLevel() {
-    ShellWindow shell;
-    frmMain &w = shell.window;
-    // A grey-painted view is repainted even at the limit.
-    w.picLevel->drawLevel(LevelRecord{}); // all cells grey: width and height 0
-    QVERIFY(cellIsGrey(w, 0, 0));
-    w.mnuLevelDecreaseWidth_Click();
-    QCOMPARE(shell.levelset().current().width(), 12);
-    QVERIFY(!cellIsGrey(w, 0, 0));
-
-    w.picLevel->drawLevel(LevelRecord{});
-    w.mnuLevelDecreaseHeight_Click();
-    QCOMPARE(shell.levelset().current().height(), 8);
-    QVERIFY(!cellIsGrey(w, 0, 0));
-}
-
-void CommandsTest::shrinkingKeepsTheFinishMarkerAndOtherLevels() {
-    ShellWindow shell;
-    frmMain &w = shell.window;
-    addLevels(w, 1);
-    for (int i = 0; i < 8; ++i)
-        w.mnuLevelIncreaseWidth_Click();
-    LevelRecord &level = shell.levelset().current();
-    QCOMPARE(level.width(), 20);
-    level.header[LevelRecord::FinishX] = 19;
-    level.tile(19, 0) = 12;
-    w.loadLevel(shell.levelset().currentLevel);
-    QCOMPARE(w.shpFinish->pos(), QPoint(16 * 19, 16 * 7));
-
-    w.mnuLevelDecreaseWidth_Click();
-    QCOMPARE(level.width(), 19);
-    QCOMPARE(level.header[LevelRecord::FinishX], 19);
-    QCOMPARE(w.shpFinish->pos(), QPoint(16 * 19, 16 * 7));
-    QVERIFY(cellIsGrey(w, 19, 0));
-    QCOMPARE(shell.levelset().levels[1].width(), 12);
-
-    w.mnuLevelIncreaseWidth_Click();
-    QVERIFY(!cellIsGrey(w, 19, 0));
-    QCOMPARE(level.tile(19, 0), 12);
-}
-
-void CommandsTest::toolbarButtonDoesWhatItsMenuItemDoes_data() {
-    QTest::addColumn<QString>("key");
-    QTest::addColumn<QString>("item");
-    QTest::addColumn<QString>("setup");
-    QTest::addColumn<bool>("changes");
-
-    QTest::newRow("New asks first") << "New"
-                                    << "mnuFileNew"
-                                    << "fresh" << true;
-    QTest::newRow("Open asks first") << "Open"
-                                     << "mnuFileOpen"
-                                     << "fresh" << true;
-    QTest::newRow("Save an untitled set") << "Save"
-                                          << "mnuFileSave"
-                                          << "fresh" << true;
-    QTest::newRow("DWidth at 12") << "DWidth"
-                                  << "mnuLevelDecreaseWidth"
-                                  << "fresh" << false;
-    QTest::newRow("DWidth at 20") << "DWidth"
-                                  << "mnuLevelDecreaseWidth"
-                                  << "wide" << true;
-    QTest::newRow("IWidth") << "IWidth"
-                            << "mnuLevelIncreaseWidth"
-                            << "fresh" << true;
-    QTest::newRow("DHeight at 8") << "DHeight"
-                                  << "mnuLevelDecreaseHeight"
-                                  << "fresh" << false;
-    QTest::newRow("IHeight") << "IHeight"
-                             << "mnuLevelIncreaseHeight"
-                             << "fresh" << true;
-    QTest::newRow("AddLevel") << "AddLevel"
-                              << "mnuLevelAdd"
-                              << "fresh" << true;
-    QTest::newRow("AddLevel at 8") << "AddLevel"
-                                   << "mnuLevelAdd"
-                                   << "eight levels" << false;
-    QTest::newRow("RemoveLevel of 1") << "RemoveLevel"
-                                      << "mnuLevelRemove"
-                                      << "fresh" << false;
-    QTest::newRow("RemoveLevel") << "RemoveLevel"
-                                 << "mnuLevelRemove"
-                                 << "two levels" << true;
-    QTest::newRow("PreviousLevel at 1") << "PreviousLevel"
-                                        << "mnuLevelPrevious"
-                                        << "two levels" << false;
-    QTest::newRow("PreviousLevel") << "PreviousLevel"
-                                   << "mnuLevelPrevious"
-                                   << "second current" << true;
-    QTest::newRow("NextLevel") << "NextLevel"
-                               << "mnuLevelNext"
-                               << "two levels" << true;
-    QTest::newRow("NextLevel at last") << "NextLevel"
-                                       << "mnuLevelNext"
-                                       << "second current" << false;
-    QTest::newRow("About") << "About"
-                           << "mnuHelpAbout"
-                           << "fresh" << true;
-}
-
-void CommandsTest::toolbarButtonDoesWhatItsMenuItemDoes() {
-    QFETCH(QString, key);
-    QFETCH(QString, item);
-    QFETCH(QString, setup);
-    QFETCH(bool, changes);
-
-    ShellWindow byMenu;
-    ShellWindow byButton;
-    for (ShellWindow *shell : {&byMenu, &byButton}) {
-        QVERIFY(shell->showActive());
-        frmMain &w = shell->window;
-        if (setup == QLatin1String("wide"))
-            for (int i = 0; i < 8; ++i)
-                w.mnuLevelIncreaseWidth_Click();
-        if (setup == QLatin1String("eight levels"))
-            addLevels(w, 7);
-        if (setup == QLatin1String("two levels") || setup == QLatin1String("second current")) {
-            shell->levelset().levels[1].header[LevelRecord::Height] = 9;
-            addLevels(w, 1);
-        }
-        if (setup == QLatin1String("second current"))
-            w.mnuLevelNext_Click();
-        w.levelCursor->place(QPoint(32, 32));
-        shell->dialogs.messageAnswers.enqueue(QMessageBox::No);
+        w.mnuLevelAdd_Click();
+        w.mnuLevelNext_Click();
+        w.mnuLevelNext_Click();
+        ls.levels[2].tile(4, 4) = 77;
+        w.mnuLevelRemove_Click(); // the last level is current: refused
+        QCOMPARE(e.label(), "Level: 3 / 3");
+        w.mnuLevelPrevious_Click();
+        w.mnuLevelRemove_Click();
+        QCOMPARE(e.label(), "Level: 2 / 2");
+        w.mnuLevelAdd_Click(); // the dropped level comes back as it was
+        QCOMPARE(e.label(), "Level: 2 / 3");
+        QCOMPARE(ls.levels[2].tile(4, 4), 77);
     }
-    const VisibleState before = VisibleState::of(byMenu);
 
-    QAction *menuItem = byMenu.item(item);
-    QVERIFY(menuItem);
-    menuItem->trigger();
-    QVERIFY(byButton.button(key));
-    byButton.clickButton(key);
+    void resizeStopsAtItsLimitsAndKeepsTheCells() {
+        EditorWindow e;
+        frmMain &w = e.window;
+        LevelRecord &level = e.level();
+        // At the smallest size the command still repaints a view that shows nothing.
+        for (auto command :
+             {&frmMain::mnuLevelDecreaseWidth_Click, &frmMain::mnuLevelDecreaseHeight_Click}) {
+            w.picLevel->drawLevel(LevelRecord{});
+            (w.*command)();
+            QVERIFY(!e.cellIsGrey(0, 0));
+        }
+        QCOMPARE(level.width(), 12);
+        QCOMPARE(level.height(), 8);
 
-    const VisibleState viaMenu = VisibleState::of(byMenu);
-    const VisibleState viaButton = VisibleState::of(byButton);
-    QCOMPARE(viaButton.label, viaMenu.label);
-    QCOMPARE(viaButton.messages, viaMenu.messages);
-    QVERIFY(viaButton == viaMenu);
-    QCOMPARE(!(viaMenu == before), changes);
-}
+        w.mnuLevelAdd_Click();
+        for (int i = 0; i < 21; ++i)
+            w.mnuLevelIncreaseWidth_Click();
+        QCOMPARE(level.width(), 32);
+        QVERIFY(!e.cellIsGrey(31, 0));
+        for (int i = 0; i < 25; ++i)
+            w.mnuLevelIncreaseHeight_Click();
+        QCOMPARE(level.height(), 32);
+        QVERIFY(!e.cellIsGrey(31, 31));
 
-void CommandsTest::unknownToolbarKeysDoNothing_data() {
-    QTest::addColumn<QString>("key");
-    QTest::newRow("empty") << "";
-    QTest::newRow("other case") << "addlevel";
-    QTest::newRow("caption instead of key") << "Add a Level";
-    QTest::newRow("trailing blank") << "About ";
-}
+        // Shrinking hides a column without clearing it and leaves the finish where it was.
+        level.header[LevelRecord::FinishX] = 31;
+        level.tile(31, 0) = 12;
+        w.loadLevel(e.levelset().currentLevel);
+        w.mnuLevelDecreaseWidth_Click();
+        QCOMPARE(level.width(), 31);
+        QCOMPARE(level.header[LevelRecord::FinishX], 31);
+        QCOMPARE(w.shpFinish->pos(), QPoint(16 * 31, 16 * 7));
+        QVERIFY(e.cellIsGrey(31, 0));
+        QCOMPARE(e.levelset().levels[1].width(), 12);
+        w.mnuLevelIncreaseWidth_Click();
+        QVERIFY(!e.cellIsGrey(31, 0));
+        QCOMPARE(level.tile(31, 0), 12);
+    }
 
-void CommandsTest::unknownToolbarKeysDoNothing() {
-    QFETCH(QString, key);
-    ShellWindow shell;
-    const VisibleState before = VisibleState::of(shell);
-    shell.window.tbToolBar_ButtonClick(key);
-    QVERIFY(VisibleState::of(shell) == before);
-}
+    // Each button does exactly what its menu item does; a command at its limit does nothing.
+    void toolbarButtonDoesWhatItsMenuItemDoes_data() {
+        QTest::addColumn<QString>("key");
+        QTest::addColumn<QString>("item");
+        QTest::addColumn<QString>("setup");
+        QTest::addColumn<bool>("changes");
+        QTest::newRow("New asks first") << "New"
+                                        << "mnuFileNew"
+                                        << "fresh" << true;
+        QTest::newRow("Open asks first") << "Open"
+                                         << "mnuFileOpen"
+                                         << "fresh" << true;
+        QTest::newRow("Save an untitled set") << "Save"
+                                              << "mnuFileSave"
+                                              << "fresh" << true;
+        QTest::newRow("DWidth at 12") << "DWidth"
+                                      << "mnuLevelDecreaseWidth"
+                                      << "fresh" << false;
+        QTest::newRow("DWidth at 20") << "DWidth"
+                                      << "mnuLevelDecreaseWidth"
+                                      << "wide" << true;
+        QTest::newRow("IWidth") << "IWidth"
+                                << "mnuLevelIncreaseWidth"
+                                << "fresh" << true;
+        QTest::newRow("DHeight at 8") << "DHeight"
+                                      << "mnuLevelDecreaseHeight"
+                                      << "fresh" << false;
+        QTest::newRow("IHeight") << "IHeight"
+                                 << "mnuLevelIncreaseHeight"
+                                 << "fresh" << true;
+        QTest::newRow("AddLevel") << "AddLevel"
+                                  << "mnuLevelAdd"
+                                  << "fresh" << true;
+        QTest::newRow("AddLevel at 8") << "AddLevel"
+                                       << "mnuLevelAdd"
+                                       << "eight levels" << false;
+        QTest::newRow("RemoveLevel of 1") << "RemoveLevel"
+                                          << "mnuLevelRemove"
+                                          << "fresh" << false;
+        QTest::newRow("RemoveLevel") << "RemoveLevel"
+                                     << "mnuLevelRemove"
+                                     << "two levels" << true;
+        QTest::newRow("PreviousLevel at 1") << "PreviousLevel"
+                                            << "mnuLevelPrevious"
+                                            << "two levels" << false;
+        QTest::newRow("PreviousLevel") << "PreviousLevel"
+                                       << "mnuLevelPrevious"
+                                       << "second current" << true;
+        QTest::newRow("NextLevel") << "NextLevel"
+                                   << "mnuLevelNext"
+                                   << "two levels" << true;
+        QTest::newRow("NextLevel of 1") << "NextLevel"
+                                        << "mnuLevelNext"
+                                        << "fresh" << false;
+        QTest::newRow("NextLevel at last") << "NextLevel"
+                                           << "mnuLevelNext"
+                                           << "second current" << false;
+        QTest::newRow("About") << "About"
+                               << "mnuHelpAbout"
+                               << "fresh" << true;
+    }
+    void toolbarButtonDoesWhatItsMenuItemDoes() {
+        QFETCH(QString, key);
+        QFETCH(QString, item);
+        QFETCH(QString, setup);
+        QFETCH(bool, changes);
+        EditorWindow byMenu;
+        EditorWindow byButton;
+        for (EditorWindow *e : {&byMenu, &byButton}) {
+            frmMain &w = e->window;
+            for (int i = 0; setup == "wide" && i < 8; ++i)
+                w.mnuLevelIncreaseWidth_Click();
+            for (int i = 0; setup == "eight levels" && i < 7; ++i)
+                w.mnuLevelAdd_Click();
+            if (setup == "two levels" || setup == "second current") {
+                e->levelset().levels[1].header[LevelRecord::Height] = 9;
+                w.mnuLevelAdd_Click();
+            }
+            if (setup == "second current")
+                w.mnuLevelNext_Click();
+            w.levelCursor->place(QPoint(32, 32));
+            e->answer({QMessageBox::No});
+        }
+        const Visible before = Visible::of(byMenu);
 
-void CommandsTest::exitCancelledKeepsTheWindowAndOtherWindows() {
-    ShellWindow shell;
-    QVERIFY(shell.showActive());
-    QWidget other;
-    other.show();
-    shell.levelset().levels[0].tile(1, 1) = 33;
-    const VisibleState before = VisibleState::of(shell);
+        byMenu.item(item)->trigger();
+        QAction *button = nullptr;
+        for (QAction *action : byButton.window.tbToolBar->actions())
+            if (action->data().toString() == key)
+                button = action;
+        QVERIFY(button);
+        QTest::mouseClick(byButton.window.tbToolBar->widgetForAction(button), Qt::LeftButton);
 
-    shell.dialogs.messageAnswers.enqueue(QMessageBox::Cancel);
-    shell.window.mnuFileExit_Click();
-    QCOMPARE(shell.dialogs.messageTexts(), QStringList{"Save current Levelset?"});
-    QVERIFY(shell.window.isVisible());
-    QVERIFY(other.isVisible());
-    VisibleState after = VisibleState::of(shell);
-    after.messages.clear();
-    QVERIFY(after.levels == before.levels);
-    QCOMPARE(after.title, before.title);
-}
+        const Visible viaMenu = Visible::of(byMenu);
+        QCOMPARE(Visible::of(byButton).messages, viaMenu.messages);
+        QVERIFY(Visible::of(byButton) == viaMenu);
+        QCOMPARE(!(viaMenu == before), changes);
+    }
 
-void CommandsTest::exitClosesOtherWindowsNewestFirst() {
-    ShellWindow shell;
-    QVERIFY(shell.showActive());
-    QWidget older;
-    older.setObjectName(QStringLiteral("older"));
-    older.show();
-    QWidget newer;
-    newer.setObjectName(QStringLiteral("newer"));
-    newer.show();
-    QWidget neverShown;
-    neverShown.setObjectName(QStringLiteral("neverShown"));
-    CloseRecorder recorder;
-    for (QWidget *w : {&older, &newer, &neverShown})
-        w->installEventFilter(&recorder);
+    void unknownToolbarKeysDoNothing_data() {
+        QTest::addColumn<QString>("key");
+        QTest::newRow("empty") << "";
+        QTest::newRow("other case") << "addlevel";
+        QTest::newRow("caption instead of key") << "Add a Level";
+        QTest::newRow("trailing blank") << "About ";
+    }
+    void unknownToolbarKeysDoNothing() {
+        QFETCH(QString, key);
+        EditorWindow e;
+        const Visible before = Visible::of(e);
+        e.window.tbToolBar_ButtonClick(key);
+        QVERIFY(Visible::of(e) == before);
+    }
 
-    shell.dialogs.messageAnswers.enqueue(QMessageBox::No);
-    shell.window.mnuFileExit_Click();
-    QVERIFY(!shell.window.isVisible());
-    QVERIFY(!older.isVisible());
-    QVERIFY(!newer.isVisible());
-    QCOMPARE(recorder.closed, (QStringList{"newer", "older"}));
-}
+    // Exit asks first; once the window goes, the other windows close, the newest first.
+    void exitClosesTheOtherWindowsUnlessCancelled_data() {
+        QTest::addColumn<QMessageBox::StandardButton>("answer");
+        QTest::addColumn<QStringList>("closed");
+        QTest::newRow("Cancel") << QMessageBox::Cancel << QStringList();
+        QTest::newRow("No") << QMessageBox::No << QStringList{"newer", "older"};
+    }
+    void exitClosesTheOtherWindowsUnlessCancelled() {
+        QFETCH(QMessageBox::StandardButton, answer);
+        QFETCH(QStringList, closed);
+        EditorWindow e;
+        QWidget older;
+        QWidget newer;
+        QWidget neverShown;
+        CloseRecorder recorder;
+        for (QWidget *other : {&older, &newer, &neverShown}) {
+            other->installEventFilter(&recorder);
+            other->setObjectName(other == &older ? "older" : other == &newer ? "newer" : "hidden");
+            if (other != &neverShown)
+                other->show();
+        }
+        e.levelset().levels[0].tile(1, 1) = 33;
+        const Visible before = Visible::of(e);
+        e.answer({answer});
+
+        e.window.mnuFileExit_Click();
+
+        QCOMPARE(e.dialogs.messageTexts(), QStringList{"Save current Levelset?"});
+        QCOMPARE(recorder.closed, closed);
+        for (const QWidget *window : {static_cast<QWidget *>(&e.window), &older, &newer})
+            QCOMPARE(window->isVisible(), closed.isEmpty());
+        QCOMPARE(Visible::of(e).levels, before.levels);
+        QCOMPARE(e.title(), before.texts[0]);
+    }
+};
 
 QTEST_MAIN(CommandsTest)
 #include "CommandsTest.moc"

@@ -1,5 +1,5 @@
-// Finding the system-information tool: on the search path, and through the registry steps run
-// against a fake registry.
+// Finding and starting the system-information tool: on the search path, and through the
+// registry steps run against a fake registry.
 
 #include "shell/SystemInfo.h"
 #include "shell/frmAbout.h"
@@ -7,49 +7,21 @@
 
 #include <QFile>
 #include <QMap>
+#include <QPushButton>
 #include <QTemporaryDir>
 #include <QTest>
 
-class SystemInfoTest : public QObject {
-    Q_OBJECT
-private slots:
-    void pathSearchTakesTheFirstKnownTool_data();
-    void pathSearchTakesTheFirstKnownTool();
-    void pathSearchUsesTheEnvironmentWhenGivenNoPath();
-    void registryFindsTheTool_data();
-    void registryFindsTheTool();
-    void getKeyValueReadsAndAlwaysCloses_data();
-    void getKeyValueReadsAndAlwaysCloses();
-    void getKeyValueOpensUnderTheGivenRootWithAllAccess();
-    void dwordTextListsCodesLastToFirst_data();
-    void dwordTextListsCodesLastToFirst();
-    void aToolThatWillNotStartIsReported();
-    void aToolThatStartsIsNotReported();
-};
-
 namespace {
 
-constexpr quint32 BinaryType = 3;
-
-const QString MsinfoKey = QStringLiteral("SOFTWARE\\Microsoft\\Shared Tools\\MSINFO");
-const QString LocationKey = QStringLiteral("SOFTWARE\\Microsoft\\Shared Tools Location");
-
-bool putFile(const QString &path, bool executable) {
-    QFile file(path);
-    if (!file.open(QIODevice::WriteOnly))
-        return false;
-    file.write("#!/bin/sh\n");
-    file.close();
-    return !executable ||
-           file.setPermissions(file.permissions() | QFileDevice::ExeOwner | QFileDevice::ExeUser);
-}
+const QString MsinfoKey = "SOFTWARE\\Microsoft\\Shared Tools\\MSINFO";
+const QString LocationKey = "SOFTWARE\\Microsoft\\Shared Tools Location";
 
 struct Value {
     quint32 type;
     QByteArray bytes;
 };
 
-// Keys by name, each with its values; records every call.
+// Keys by name, each with its values; records the calls made.
 class FakeRegistry : public RegistryApi {
 public:
     QMap<QString, QMap<QString, Value>> keys;
@@ -73,210 +45,170 @@ public:
         offeredSize = buffer.size();
         if (!values.contains(valueName))
             return false;
-        const Value &value = values[valueName];
-        type = value.type;
-        buffer.replace(0, value.bytes.size(), value.bytes);
+        type = values[valueName].type;
+        buffer.replace(0, values[valueName].bytes.size(), values[valueName].bytes);
         return true;
     }
     void closeKey(Key) override { ++closed; }
 };
 
-// A tool that is found or not, and starts or not.
-class FakeTool : public SystemInfo {
-public:
-    QString path;
-    bool starts = true;
-    QStringList startedPaths;
-    QString toolPath() override { return path; }
-    bool start(const QString &p) override {
-        startedPaths.append(p);
-        return starts;
-    }
-};
-
 } // namespace
 
-void SystemInfoTest::pathSearchTakesTheFirstKnownTool_data() {
-    QTest::addColumn<QStringList>("executables"); // "folder/name", folder 0 or 1
-    QTest::addColumn<QStringList>("plainFiles");
-    QTest::addColumn<QString>("expected"); // "folder/name", or "" for none
+class SystemInfoTest : public QObject {
+    Q_OBJECT
+private slots:
+    // Files as "folder/name" in one of two search folders, "*" after an executable one. The
+    // About window starts what was found and reports a tool that is missing or will not start.
+    void pathSearchTakesTheFirstKnownTool_data() {
+        QTest::addColumn<QStringList>("files");
+        QTest::addColumn<bool>("starts");
+        QTest::addColumn<QString>("expected"); // "folder/name", or "" for none
+        QTest::newRow("nothing") << QStringList{} << true << "";
+        QTest::newRow("one tool") << QStringList{"1/kinfocenter*"} << true << "1/kinfocenter";
+        QTest::newRow("one tool that will not start")
+            << QStringList{"1/kinfocenter*"} << false << "1/kinfocenter";
+        QTest::newRow("list order beats folder order")
+            << QStringList{"0/gnome-system-monitor*", "1/hardinfo*"} << true << "1/hardinfo";
+        QTest::newRow("folder order within one tool")
+            << QStringList{"0/hardinfo*", "1/hardinfo*"} << true << "0/hardinfo";
+        QTest::newRow("a file that cannot run is passed over")
+            << QStringList{"1/lshw-gtk*", "0/hardinfo2"} << true << "1/lshw-gtk";
+        QTest::newRow("unknown programs are ignored")
+            << QStringList{"0/top*", "0/htop*"} << true << "";
+    }
+    void pathSearchTakesTheFirstKnownTool() {
+        QFETCH(QStringList, files);
+        QFETCH(bool, starts);
+        QFETCH(QString, expected);
+        QTemporaryDir folders[2];
+        const auto place = [&folders](QString entry) {
+            entry.remove('*');
+            return folders[entry.left(1).toInt()].filePath(entry.mid(2));
+        };
+        for (const QString &entry : files) {
+            QFile file(place(entry));
+            QVERIFY(file.open(QIODevice::WriteOnly));
+            file.write("#!/bin/sh\n");
+            file.close();
+            if (entry.endsWith('*'))
+                QVERIFY(file.setPermissions(file.permissions() | QFileDevice::ExeOwner));
+        }
+        QStringList started;
+        PathSystemInfo tools(folders[0].path() + ':' + folders[1].path(), [&](const QString &path) {
+            started.append(path);
+            return starts;
+        });
+        const QString found = expected.isEmpty() ? QString() : place(expected);
+        QCOMPARE(tools.toolPath(), found);
 
-    QTest::newRow("nothing") << QStringList{} << QStringList{} << "";
-    QTest::newRow("one tool") << QStringList{"1/kinfocenter"} << QStringList{} << "1/kinfocenter";
-    QTest::newRow("list order beats folder order")
-        << QStringList{"0/gnome-system-monitor", "1/hardinfo"} << QStringList{} << "1/hardinfo";
-    QTest::newRow("folder order within one tool")
-        << QStringList{"0/hardinfo", "1/hardinfo"} << QStringList{} << "0/hardinfo";
-    QTest::newRow("a file that cannot run is passed over")
-        << QStringList{"1/lshw-gtk"} << QStringList{"0/hardinfo2"} << "1/lshw-gtk";
-    QTest::newRow("unknown programs are ignored")
-        << QStringList{"0/top", "0/htop"} << QStringList{} << "";
-}
+        ScriptedDialogs dialogs;
+        frmAbout about(dialogs, tools, nullptr);
+        about.show();
+        QTest::mouseClick(about.cmdSysInfo, Qt::LeftButton);
+        QCOMPARE(started, found.isEmpty() ? QStringList() : QStringList{found});
+        QCOMPARE(dialogs.messageTexts().size(), found.isEmpty() || !starts ? 1 : 0);
+        QVERIFY(about.isVisible());
+    }
 
-void SystemInfoTest::pathSearchTakesTheFirstKnownTool() {
-    QFETCH(QStringList, executables);
-    QFETCH(QStringList, plainFiles);
-    QFETCH(QString, expected);
-    QTemporaryDir folders[2];
-    const auto place = [&folders](const QString &entry) {
-        return folders[entry.left(1).toInt()].filePath(entry.mid(2));
-    };
-    for (const QString &entry : executables)
-        QVERIFY(putFile(place(entry), true));
-    for (const QString &entry : plainFiles)
-        QVERIFY(putFile(place(entry), false));
+    void registryFindsTheTool_data() {
+        QTest::addColumn<QString>("msinfoPath");     // "" when the value is missing
+        QTest::addColumn<QString>("locationFolder"); // "" when the value is missing
+        QTest::addColumn<bool>("exeExists");
+        QTest::addColumn<QString>("expected");
+        QTest::newRow("MSINFO path wins") << "C:\\Tools\\msinfo32.exe"
+                                          << "C:\\Other" << true << "C:\\Tools\\msinfo32.exe";
+        QTest::newRow("shared tools folder") << ""
+                                             << "C:\\Shared" << true << "C:\\Shared\\MSINFO32.EXE";
+        QTest::newRow("folder without the program") << ""
+                                                    << "C:\\Shared" << false << "";
+        QTest::newRow("neither value") << ""
+                                       << "" << true << "";
+    }
+    void registryFindsTheTool() {
+        QFETCH(QString, msinfoPath);
+        QFETCH(QString, locationFolder);
+        QFETCH(bool, exeExists);
+        QFETCH(QString, expected);
+        FakeRegistry registry;
+        registry.keys[MsinfoKey]; // the key exists even when its value does not
+        if (!msinfoPath.isEmpty())
+            registry.keys[MsinfoKey]["PATH"] = {RegistryApi::StringType, msinfoPath.toLocal8Bit()};
+        if (!locationFolder.isEmpty())
+            registry.keys[LocationKey]["MSINFO"] = {RegistryApi::StringType,
+                                                    locationFolder.toLocal8Bit()};
+        QStringList asked;
+        RegistrySystemInfo tools(
+            registry,
+            [&](const QString &path) {
+                asked.append(path);
+                return exeExists;
+            },
+            [](const QString &) { return true; });
 
-    PathSystemInfo tools(folders[0].path() + QLatin1Char(':') + folders[1].path());
-    QCOMPARE(tools.toolPath(), expected.isEmpty() ? QString() : place(expected));
-}
+        QCOMPARE(tools.toolPath(), expected);
+        QCOMPARE(registry.closed, registry.opened);
+        if (msinfoPath.isEmpty() && !locationFolder.isEmpty())
+            QCOMPARE(asked, QStringList{locationFolder + "\\MSINFO32.EXE"});
+        else
+            QVERIFY(asked.isEmpty());
+    }
 
-void SystemInfoTest::pathSearchUsesTheEnvironmentWhenGivenNoPath() {
-    const QByteArray saved = qgetenv("PATH");
-    QTemporaryDir folder;
-    QVERIFY(putFile(folder.filePath(QStringLiteral("hardinfo")), true));
-    qputenv("PATH", folder.path().toLocal8Bit());
-    PathSystemInfo tools;
-    const QString found = tools.toolPath();
-    qputenv("PATH", "");
-    const QString foundWithoutPath = tools.toolPath();
-    qputenv("PATH", saved);
-    QCOMPARE(found, folder.filePath(QStringLiteral("hardinfo")));
-    QCOMPARE(foundWithoutPath, QString());
-}
+    // Every key is opened under the root given, with all access and a 1024-byte buffer, and
+    // closed again whatever came of reading it.
+    void getKeyValueReadsAndAlwaysCloses_data() {
+        QTest::addColumn<bool>("keyExists");
+        QTest::addColumn<bool>("valueExists");
+        QTest::addColumn<uint>("type");
+        QTest::addColumn<QByteArray>("bytes");
+        QTest::addColumn<bool>("read");
+        QTest::addColumn<QString>("keyVal"); // KeyVal held "before" on the way in
+        QTest::newRow("missing key") << false << false << 1u << QByteArray() << false << "";
+        QTest::newRow("missing value") << true << false << 1u << QByteArray() << false << "";
+        QTest::newRow("string") << true << true << 1u << QByteArray("C:\\msinfo.exe") << true
+                                << "C:\\msinfo.exe";
+        QTest::newRow("string cut at its first zero")
+            << true << true << 1u << QByteArray("abc\0def", 7) << true << "abc";
+        QTest::newRow("number") << true << true << 4u << QByteArray("\x05\x01", 2) << true
+                                << "&h15";
+        QTest::newRow("binary keeps KeyVal")
+            << true << true << 3u << QByteArray("xyz") << true << "before";
+    }
+    void getKeyValueReadsAndAlwaysCloses() {
+        QFETCH(bool, keyExists);
+        QFETCH(bool, valueExists);
+        QFETCH(uint, type);
+        QFETCH(QByteArray, bytes);
+        QFETCH(bool, read);
+        QFETCH(QString, keyVal);
+        FakeRegistry registry;
+        if (keyExists)
+            registry.keys["K"];
+        if (valueExists)
+            registry.keys["K"]["V"] = {type, bytes};
 
-void SystemInfoTest::registryFindsTheTool_data() {
-    QTest::addColumn<QString>("msinfoPath");     // "" when the value is missing
-    QTest::addColumn<QString>("locationFolder"); // "" when the value is missing
-    QTest::addColumn<bool>("exeExists");
-    QTest::addColumn<QString>("expected");
+        QString value = "before";
+        QCOMPARE(GetKeyValue(registry, 0x80000002, "K", "V", value), read);
+        QCOMPARE(value, keyVal);
+        QCOMPARE(registry.opened, keyExists ? 1 : 0);
+        QCOMPARE(registry.closed, registry.opened);
+        QCOMPARE(registry.lastRoot, 0x80000002u);
+        QCOMPARE(registry.lastAccess, 0x2003Fu);
+        QCOMPARE(registry.offeredSize, keyExists ? 1024 : 0);
+    }
 
-    QTest::newRow("MSINFO path wins") << "C:\\Tools\\msinfo32.exe"
-                                      << "C:\\Other" << true << "C:\\Tools\\msinfo32.exe";
-    QTest::newRow("shared tools folder") << ""
-                                         << "C:\\Shared" << true << "C:\\Shared\\MSINFO32.EXE";
-    QTest::newRow("folder without the program") << ""
-                                                << "C:\\Shared" << false << "";
-    QTest::newRow("neither value") << ""
-                                   << "" << true << "";
-}
-
-void SystemInfoTest::registryFindsTheTool() {
-    QFETCH(QString, msinfoPath);
-    QFETCH(QString, locationFolder);
-    QFETCH(bool, exeExists);
-    QFETCH(QString, expected);
-
-    FakeRegistry registry;
-    registry.keys[MsinfoKey]; // the key exists even when its value does not
-    if (!msinfoPath.isEmpty())
-        registry.keys[MsinfoKey][QStringLiteral("PATH")] = {1, msinfoPath.toLocal8Bit()};
-    if (!locationFolder.isEmpty())
-        registry.keys[LocationKey][QStringLiteral("MSINFO")] = {1, locationFolder.toLocal8Bit()};
-    QStringList asked;
-    RegistrySystemInfo tools(
-        registry,
-        [&](const QString &path) {
-            asked.append(path);
-            return exeExists;
-        },
-        [](const QString &) { return true; });
-
-    QCOMPARE(tools.toolPath(), expected);
-    QCOMPARE(registry.closed, registry.opened);
-    if (msinfoPath.isEmpty() && !locationFolder.isEmpty())
-        QCOMPARE(asked, QStringList{locationFolder + QStringLiteral("\\MSINFO32.EXE")});
-    else
-        QVERIFY(asked.isEmpty());
-}
-
-void SystemInfoTest::getKeyValueReadsAndAlwaysCloses_data() {
-    QTest::addColumn<bool>("keyExists");
-    QTest::addColumn<bool>("valueExists");
-    QTest::addColumn<uint>("type");
-    QTest::addColumn<QByteArray>("bytes");
-    QTest::addColumn<bool>("read");
-    QTest::addColumn<QString>("keyVal"); // KeyVal held "before" on the way in
-
-    QTest::newRow("missing key") << false << false << 1u << QByteArray() << false << "";
-    QTest::newRow("missing value") << true << false << 1u << QByteArray() << false << "";
-    QTest::newRow("string") << true << true << 1u << QByteArray("C:\\msinfo.exe") << true
-                            << "C:\\msinfo.exe";
-    QTest::newRow("string cut at its first zero")
-        << true << true << 1u << QByteArray("abc\0def", 7) << true << "abc";
-    QTest::newRow("number") << true << true << 4u << QByteArray("\x05\x01", 2) << true << "&h15";
-    QTest::newRow("other type keeps KeyVal")
-        << true << true << BinaryType << QByteArray("xyz") << true << "before";
-}
-
-void SystemInfoTest::getKeyValueReadsAndAlwaysCloses() {
-    QFETCH(bool, keyExists);
-    QFETCH(bool, valueExists);
-    QFETCH(uint, type);
-    QFETCH(QByteArray, bytes);
-    QFETCH(bool, read);
-    QFETCH(QString, keyVal);
-
-    FakeRegistry registry;
-    if (keyExists)
-        registry.keys[QStringLiteral("K")];
-    if (valueExists)
-        registry.keys[QStringLiteral("K")][QStringLiteral("V")] = {type, bytes};
-
-    QString value = QStringLiteral("before");
-    QCOMPARE(GetKeyValue(registry, RegistryApi::LocalMachine, QStringLiteral("K"),
-                         QStringLiteral("V"), value),
-             read);
-    QCOMPARE(value, keyVal);
-    QCOMPARE(registry.opened, keyExists ? 1 : 0);
-    QCOMPARE(registry.closed, registry.opened);
-}
-
-void SystemInfoTest::getKeyValueOpensUnderTheGivenRootWithAllAccess() {
-    FakeRegistry registry;
-    registry.keys[QStringLiteral("K")][QStringLiteral("V")] = {1, "x"};
-    QString value;
-    QVERIFY(GetKeyValue(registry, 0x80000002, QStringLiteral("K"), QStringLiteral("V"), value));
-    QCOMPARE(registry.lastRoot, 0x80000002u);
-    QCOMPARE(registry.lastAccess, 0x2003Fu);
-    QCOMPARE(registry.offeredSize, 1024);
-}
-
-void SystemInfoTest::dwordTextListsCodesLastToFirst_data() {
-    QTest::addColumn<QByteArray>("cut");
-    QTest::addColumn<QString>("text");
-    QTest::newRow("nothing") << QByteArray() << "&h";
-    QTest::newRow("one byte") << QByteArray("\x2a") << "&h2A";
-    QTest::newRow("no padding of small codes") << QByteArray("\x01\x0f\xff") << "&hFFF1";
-}
-
-void SystemInfoTest::dwordTextListsCodesLastToFirst() {
-    QFETCH(QByteArray, cut);
-    QFETCH(QString, text);
-    QCOMPARE(dwordText(cut), text);
-}
-
-void SystemInfoTest::aToolThatWillNotStartIsReported() {
-    ScriptedDialogs dialogs;
-    FakeTool tool;
-    tool.path = QStringLiteral("/opt/broken-tool");
-    tool.starts = false;
-    frmAbout about(dialogs, tool, nullptr);
-    about.show();
-    about.StartSysInfo();
-    QCOMPARE(tool.startedPaths, QStringList{tool.path});
-    QCOMPARE(dialogs.messageTexts(), QStringList{"System Information Is Unavailable At This Time"});
-    QVERIFY(about.isVisible());
-}
-
-void SystemInfoTest::aToolThatStartsIsNotReported() {
-    ScriptedDialogs dialogs;
-    FakeTool tool;
-    tool.path = QStringLiteral("/usr/bin/hardinfo");
-    frmAbout about(dialogs, tool, nullptr);
-    about.cmdSysInfo_Click();
-    QCOMPARE(tool.startedPaths, QStringList{tool.path});
-    QVERIFY(dialogs.messages.isEmpty());
-}
+    void dwordTextListsCodesLastToFirst_data() {
+        QTest::addColumn<QByteArray>("cut");
+        QTest::addColumn<QString>("text");
+        QTest::newRow("nothing") << QByteArray() << "&h";
+        QTest::newRow("one byte") << QByteArray("\x2a") << "&h2A";
+        QTest::newRow("no padding of small codes") << QByteArray("\x01\x0f\xff") << "&hFFF1";
+    }
+    void dwordTextListsCodesLastToFirst() {
+        QFETCH(QByteArray, cut);
+        QFETCH(QString, text);
+        QCOMPARE(dwordText(cut), text);
+    }
+};
 
 QTEST_MAIN(SystemInfoTest)
 #include "SystemInfoTest.moc"
