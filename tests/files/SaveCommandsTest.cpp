@@ -1,244 +1,184 @@
 // Save, Save As and the writer's guard and failures, driven through a real main window.
 
-#include "EditorFixture.h"
+#include "FileSession.h"
 
-#include "levelset/LevelsetFile.h"
-
-#include <QCoreApplication>
 #include <QFileDialog>
-#include <QLineEdit>
 #include <QTimer>
-#include <QtTest>
 
 class SaveCommandsTest : public QObject {
     Q_OBJECT
-
-    std::unique_ptr<QTemporaryDir> tmp;
-    std::unique_ptr<Editor> editor;
-
-    QString at(const QString &name) const { return tmp->filePath(name); }
-    QString untitledTitle() const { return windowTitle(UntitledPath); }
-
-    // Gives the levelset a file by saving it once under a valid name.
-    QString saveAsOnce(const QString &name) {
-        editor->answerSave(at(name));
-        editor->window.mnuFileSaveAs_Click();
-        editor->dialogs.messages.clear();
-        editor->dialogs.saveQuestions.clear();
-        return at(name);
-    }
-
 private slots:
     void initTestCase() { QApplication::setQuitOnLastWindowClosed(false); }
-    void init() {
-        tmp = std::make_unique<QTemporaryDir>();
-        QVERIFY(tmp->isValid());
-        editor = std::make_unique<Editor>();
+
+    // The dialog is answered with each name in turn, "" cancelling it; every refused name
+    // brings the message and the dialog back. Only the file name changes case: the folder
+    // chosen is the one written.
+    void saveDialogReopensUntilAValidNameOrCancel_data() {
+        QTest::addColumn<bool>("viaSave"); // Save of the untitled levelset rather than Save As
+        QTest::addColumn<QStringList>("answers");
+        QTest::addColumn<QString>("written");
+        QTest::addColumn<QByteArray>("tag");
+        QTest::newRow("mixed case in a folder") << false << QStringList{"Levels/ZKSTLAbc.KST"}
+                                                << "Levels/zkstlabc.kst" << QByteArray("KST0ABC");
+        const auto refused = [](const char *tag, const QString &name) {
+            QTest::newRow(tag) << false << QStringList{name, ""} << "" << QByteArray();
+        };
+        refused("two name characters", "zkstlab.kst");
+        refused("four name characters", "zkstlabcd.kst");
+        refused("no zkstl prefix", "abc.kst");
+        refused("text before the prefix", "myzkstlabc.kst");
+        refused("other extension", "zkstlabc.txt");
+        refused("extension not last", "zkstlabc.kst.bak");
+        refused("valid folder, plain file", "zkstlabc.kst/level.kst");
+        QTest::newRow("Save, cancelled at once") << true << QStringList{""} << "" << QByteArray();
+        QTest::newRow("two refused, then valid")
+            << false << QStringList{"abc.kst", "zkstlab.kst", "zkstlXY1.kst"} << "zkstlxy1.kst"
+            << QByteArray("KST0XY1");
     }
-    void cleanup() {
-        editor.reset();
-        tmp.reset();
-    }
+    void saveDialogReopensUntilAValidNameOrCancel() {
+        QFETCH(bool, viaSave);
+        QFETCH(QStringList, answers);
+        QFETCH(QString, written);
+        QFETCH(QByteArray, tag);
+        FileSession s;
+        QVERIFY(QDir(s.folder.path()).mkpath("zkstlabc.kst"));
+        QVERIFY(QDir(s.folder.path()).mkpath("Levels"));
+        s.levelset().levels[0].tile(3, 1) = 89;
+        for (const QString &name : answers)
+            s.dialogs.saveAnswers.enqueue(name.isEmpty() ? name : s.at(name));
 
-    void saveAsWritesTheLowerCaseFileNameInTheChosenFolder() {
-        QVERIFY(QDir(tmp->path()).mkdir(QStringLiteral("Levels")));
-        editor->levelset().levels[0].tile(3, 1) = 89;
-        editor->answerSave(at(QStringLiteral("Levels/ZKSTLAbc.KST")));
+        viaSave ? s.window.mnuFileSave_Click() : s.window.mnuFileSaveAs_Click();
 
-        editor->window.mnuFileSaveAs_Click();
-
-        const auto &asked = editor->dialogs.saveQuestions;
-        QCOMPARE(asked.size(), 1);
-        QCOMPARE(asked[0].title, QStringLiteral("Save As"));
-        QCOMPARE(asked[0].filter, DialogFilter);
-        QCOMPARE(asked[0].dir, QCoreApplication::applicationDirPath());
-        QVERIFY(editor->dialogs.messages.isEmpty());
-
-        // Only the file name changes case: the folder that was chosen is the one written.
-        const QString written = at(QStringLiteral("Levels/zkstlabc.kst"));
-        QCOMPARE(filesBelow(tmp->path()), QStringList{QStringLiteral("Levels/zkstlabc.kst")});
-        const QByteArray bytes = fileBytes(written);
+        QCOMPARE(s.dialogs.saveQuestions.size(), answers.size());
+        for (const ScriptedDialogs::FileQuestion &asked : s.dialogs.saveQuestions) {
+            QCOMPARE(asked.title, "Save As");
+            QCOMPARE(asked.filter, DialogFilter);
+            QCOMPARE(asked.dir, QCoreApplication::applicationDirPath());
+        }
+        QCOMPARE(s.dialogs.messages.size(), answers.size() - 1);
+        for (const ScriptedDialogs::Message &m : s.dialogs.messages) {
+            QCOMPARE(m.text, "Invalid file name! Must be of the format: zkstl???.kst, where ??? "
+                             "is the Levelset name.");
+            QCOMPARE(m.title, "Kestrix: Levelset Editor");
+            QCOMPARE(m.icon, QMessageBox::Warning);
+            QCOMPARE(m.buttons, QMessageBox::StandardButtons(QMessageBox::Ok));
+        }
+        QCOMPARE(s.files(), written.isEmpty() ? QStringList() : QStringList{written});
+        const QString path = written.isEmpty() ? UntitledPath : s.at(written);
+        QCOMPARE(s.levelset().levelsetPath, path);
+        QCOMPARE(s.title(), windowTitle(path));
+        if (written.isEmpty())
+            return;
+        const QByteArray bytes = fileBytes(path);
         QCOMPARE(bytes.size(), 164);
-        QCOMPARE(bytes.left(7), QByteArray("KST0ABC"));
-        QCOMPARE(bytes.at(7), char(1));
+        QCOMPARE(bytes.left(8), tag + '\1');
         QCOMPARE(bytes.at(83), char(89)); // column 3, row 1 of a 12-column level
-        QCOMPARE(bytes, writeLevelset(editor->levelset(), written));
-
-        QCOMPARE(editor->levelset().levelsetPath, written);
-        QCOMPARE(editor->title(), QStringLiteral("[") + written + "] - Kestrix: Levelset Editor");
-        QCOMPARE(editor->status(), QStringLiteral("Saved ") + written);
+        QCOMPARE(bytes, writeLevelset(s.levelset(), path));
+        QCOMPARE(s.status(), "Saved " + path);
     }
 
-    void refusedNamesReopenTheDialog_data() {
-        QTest::addColumn<QString>("name");
-        QTest::newRow("two name characters") << QStringLiteral("zkstlab.kst");
-        QTest::newRow("four name characters") << QStringLiteral("zkstlabcd.kst");
-        QTest::newRow("no zkstl prefix") << QStringLiteral("abc.kst");
-        QTest::newRow("text before the prefix") << QStringLiteral("myzkstlabc.kst");
-        QTest::newRow("other extension") << QStringLiteral("zkstlabc.txt");
-        QTest::newRow("extension not last") << QStringLiteral("zkstlabc.kst.bak");
-        QTest::newRow("valid folder, plain file") << QStringLiteral("zkstlabc.kst/level.kst");
-    }
-    void refusedNamesReopenTheDialog() {
-        QFETCH(QString, name);
-        QVERIFY(QDir(tmp->path()).mkpath(QStringLiteral("zkstlabc.kst")));
-        editor->answerSave(at(name));
-        editor->answerSave(QString()); // cancelled after the message
+    // Save writes a named levelset in place at once; Save As asks and moves it to the new file.
+    void saveWritesInPlaceAndSaveAsMovesOn() {
+        FileSession s;
+        const QString first = s.saveAsOnce("zkstlone.kst");
+        s.levelset().levels[0].tile(0, 0) = 42;
 
-        editor->window.mnuFileSaveAs_Click();
+        s.window.mnuFileSave_Click();
 
-        QCOMPARE(editor->dialogs.saveQuestions.size(), 2);
-        QCOMPARE(editor->dialogs.messages.size(), 1);
-        const ScriptedDialogs::Message &m = editor->dialogs.messages[0];
-        QCOMPARE(m.text, InvalidNameText);
-        QCOMPARE(m.title, ApplicationTitle);
-        QCOMPARE(m.icon, QMessageBox::Warning);
-        QCOMPARE(m.buttons, QMessageBox::StandardButtons(QMessageBox::Ok));
-        QCOMPARE(filesBelow(tmp->path()), QStringList());
-        QCOMPARE(editor->levelset().levelsetPath, UntitledPath);
-        QCOMPARE(editor->title(), untitledTitle());
-    }
-
-    void refusedNameThenValidNameWrites() {
-        editor->answerSave(at(QStringLiteral("abc.kst")));
-        editor->answerSave(at(QStringLiteral("zkstlab.kst")));
-        editor->answerSave(at(QStringLiteral("zkstlXY1.kst")));
-
-        editor->window.mnuFileSaveAs_Click();
-
-        QCOMPARE(editor->dialogs.saveQuestions.size(), 3);
-        QCOMPARE(editor->dialogs.messageTexts(), QStringList(2, InvalidNameText));
-        QCOMPARE(filesBelow(tmp->path()), QStringList{QStringLiteral("zkstlxy1.kst")});
-        QCOMPARE(fileBytes(at(QStringLiteral("zkstlxy1.kst"))).left(7), QByteArray("KST0XY1"));
-    }
-
-    void saveOfUntitledLevelsetAsksForAName() {
-        editor->window.mnuFileSave_Click(); // the dialog is cancelled
-
-        QCOMPARE(editor->dialogs.saveQuestions.size(), 1);
-        QCOMPARE(editor->dialogs.saveQuestions[0].title, QStringLiteral("Save As"));
-        QVERIFY(editor->dialogs.messages.isEmpty());
-        QCOMPARE(filesBelow(tmp->path()), QStringList());
-        QCOMPARE(editor->title(), untitledTitle());
-    }
-
-    void saveOfNamedLevelsetWritesAtOnce() {
-        const QString path = saveAsOnce(QStringLiteral("zkstlone.kst"));
-        editor->levelset().levels[0].tile(0, 0) = 42;
-
-        editor->window.mnuFileSave_Click();
-
-        QVERIFY(editor->dialogs.saveQuestions.isEmpty());
-        QVERIFY(editor->dialogs.messages.isEmpty());
-        QCOMPARE(fileBytes(path).at(52 + 16), char(42));
-        QCOMPARE(editor->title(), windowTitle(path));
-    }
-
-    void saveAsOfNamedLevelsetAsksAndMovesToTheNewFile() {
-        const QString first = saveAsOnce(QStringLiteral("zkstlone.kst"));
+        QVERIFY(s.dialogs.saveQuestions.isEmpty());
+        QVERIFY(s.dialogs.messages.isEmpty());
         const QByteArray firstBytes = fileBytes(first);
-        editor->levelset().levels[0].tile(0, 0) = 42;
-        editor->answerSave(at(QStringLiteral("zkstltwo.kst")));
+        QCOMPARE(firstBytes.at(LevelsetFilePrologueSize + 16), char(42));
+        QCOMPARE(s.title(), windowTitle(first));
 
-        editor->window.mnuFileSaveAs_Click();
+        s.levelset().levels[0].tile(0, 0) = 43;
+        s.dialogs.saveAnswers.enqueue(s.at("zkstltwo.kst"));
+        s.window.mnuFileSaveAs_Click();
 
-        QCOMPARE(editor->dialogs.saveQuestions.size(), 1);
+        QCOMPARE(s.dialogs.saveQuestions.size(), 1);
         QCOMPARE(fileBytes(first), firstBytes);
-        const QString second = at(QStringLiteral("zkstltwo.kst"));
-        QCOMPARE(fileBytes(second).left(7), QByteArray("KST0TWO"));
-        QCOMPARE(fileBytes(second).at(52 + 16), char(42));
-        QCOMPARE(editor->title(), windowTitle(second));
+        const QByteArray second = fileBytes(s.at("zkstltwo.kst"));
+        QCOMPARE(second.left(7), QByteArray("KST0TWO"));
+        QCOMPARE(second.at(LevelsetFilePrologueSize + 16), char(43));
+        QCOMPARE(s.title(), windowTitle(s.at("zkstltwo.kst")));
     }
 
-    void saveAfterOpenWritesTheLowerCaseFileName() {
-        QVERIFY(QDir(tmp->path()).mkdir(QStringLiteral("Levels")));
-        const QString opened = at(QStringLiteral("Levels/ZKSTLxyz.KST"));
-        Levelset sample;
-        fillSample(sample);
-        const QByteArray original = writeLevelset(sample, opened);
-        QVERIFY(putFile(opened, original));
-        editor->answer({QMessageBox::No});
-        editor->answerOpen(opened);
-        editor->window.mnuFileOpen_Click();
-        QCOMPARE(editor->title(), windowTitle(opened));
+    void saveAfterOpenOfAMixedCaseNameWritesTheLowerCaseName() {
+        FileSession s;
+        QVERIFY(QDir(s.folder.path()).mkdir("Levels"));
+        const QString opened = s.writeSample("Levels/ZKSTLxyz.KST");
+        const QByteArray original = fileBytes(opened);
+        s.answer({QMessageBox::No});
+        s.dialogs.openAnswers.enqueue(opened);
+        s.window.mnuFileOpen_Click();
+        QCOMPARE(s.title(), windowTitle(opened));
 
-        editor->window.mnuFileSave_Click();
+        s.window.mnuFileSave_Click();
 
-        QVERIFY(editor->dialogs.saveQuestions.isEmpty());
-        const QString written = at(QStringLiteral("Levels/zkstlxyz.kst"));
-        QCOMPARE(filesBelow(tmp->path()), (QStringList{QStringLiteral("Levels/ZKSTLxyz.KST"),
-                                                       QStringLiteral("Levels/zkstlxyz.kst")}));
+        QVERIFY(s.dialogs.saveQuestions.isEmpty());
+        const QString written = s.at("Levels/zkstlxyz.kst");
+        QCOMPARE(s.files(), (QStringList{"Levels/ZKSTLxyz.KST", "Levels/zkstlxyz.kst"}));
         QCOMPARE(fileBytes(opened), original);
-        const QByteArray bytes = fileBytes(written);
-        QCOMPARE(bytes.left(7), QByteArray("KST0XYZ"));
-        QCOMPARE(bytes.mid(7), original.mid(7));
-        QCOMPARE(editor->levelset().levelsetPath, written);
-        QCOMPARE(editor->title(), windowTitle(written));
+        QCOMPARE(fileBytes(written), "KST0XYZ" + original.mid(7));
+        QCOMPARE(s.levelset().levelsetPath, written);
+        QCOMPARE(s.title(), windowTitle(written));
     }
 
     // Every way to a save refuses a levelset whose level 3 holds 11 alien holes.
     void tooManyHolesRefusesEverySave_data() {
         QTest::addColumn<QString>("command");
-        QTest::newRow("Save") << QStringLiteral("Save");
-        QTest::newRow("Save As") << QStringLiteral("Save As");
-        QTest::newRow("New, then Yes") << QStringLiteral("New");
-        QTest::newRow("close, then Yes") << QStringLiteral("close");
+        QTest::newRow("Save") << "Save";
+        QTest::newRow("Save As") << "Save As";
+        QTest::newRow("New, then Yes") << "New";
+        QTest::newRow("close, then Yes") << "close";
     }
     void tooManyHolesRefusesEverySave() {
         QFETCH(QString, command);
-        const QString path = saveAsOnce(QStringLiteral("zkstlold.kst"));
+        FileSession s;
+        const QString path = s.saveAsOnce("zkstlold.kst");
         const QByteArray before = fileBytes(path);
-        Levelset &ls = editor->levelset();
+        Levelset &ls = s.levelset();
         ls.levelCount = 4;
         for (int i = 0; i < 11; ++i)
             ls.levels[2].tile(i, i % 8) = i % 2 ? 69 : 70;
-        editor->answerSave(at(QStringLiteral("zkstlnew.kst")));
+        s.dialogs.saveAnswers.enqueue(s.at("zkstlnew.kst"));
+        s.answer({QMessageBox::Yes});
 
         bool closeCancelled = false;
-        if (command == "Save") {
-            editor->window.mnuFileSave_Click();
-        } else if (command == "Save As") {
-            editor->window.mnuFileSaveAs_Click();
-        } else if (command == "New") {
-            editor->answer({QMessageBox::Yes});
-            editor->window.mnuFileNew_Click();
-        } else {
-            editor->answer({QMessageBox::Yes});
-            editor->window.Form_QueryUnload(closeCancelled);
-        }
+        if (command == "Save")
+            s.window.mnuFileSave_Click();
+        else if (command == "Save As")
+            s.window.mnuFileSaveAs_Click();
+        else if (command == "New")
+            s.window.mnuFileNew_Click();
+        else
+            s.window.Form_QueryUnload(closeCancelled);
 
-        const QList<ScriptedDialogs::Message> &shown = editor->dialogs.messages;
-        QVERIFY(!shown.isEmpty());
-        const ScriptedDialogs::Message &refusal = shown.last();
-        QCOMPARE(refusal.text,
-                 QStringLiteral("Either too many Alien Holes or Security Guards on Level 3"));
-        QCOMPARE(refusal.title, QStringLiteral("Error!"));
+        QVERIFY(!s.dialogs.messages.isEmpty());
+        const ScriptedDialogs::Message &refusal = s.dialogs.messages.last();
+        QCOMPARE(refusal.text, "Either too many Alien Holes or Security Guards on Level 3");
+        QCOMPARE(refusal.title, "Error!");
         QCOMPARE(refusal.icon, QMessageBox::Critical);
         QCOMPARE(refusal.buttons, QMessageBox::StandardButtons(QMessageBox::Ok));
-        QCOMPARE(filesBelow(tmp->path()), QStringList{QStringLiteral("zkstlold.kst")});
+        QCOMPARE(s.files(), QStringList{"zkstlold.kst"});
         QCOMPARE(fileBytes(path), before);
-
-        if (command == "New") { // the refused save does not stop the reset
-            QCOMPARE(ls.levelCount, 1);
-            QCOMPARE(ls.levelsetPath, UntitledPath);
-            QCOMPARE(editor->title(), untitledTitle());
-        } else {
-            QCOMPARE(ls.levelCount, 4);
-            QCOMPARE(ls.levelsetPath, path);
-            QCOMPARE(editor->title(), windowTitle(path));
-            QVERIFY(!closeCancelled);
-        }
+        // The refused save does not stop New's reset, nor the close.
+        QCOMPARE(ls.levelCount, command == "New" ? 1 : 4);
+        QCOMPARE(ls.levelsetPath, command == "New" ? UntitledPath : path);
+        QCOMPARE(s.title(), windowTitle(ls.levelsetPath));
+        QVERIFY(!closeCancelled);
     }
 
-    // The platform's own save dialog, answered the way a user would: it offers the levelset
-    // filter in the program's folder and replaces an existing file without a question.
+    // The platform's own save dialog, answered as a user would: it offers the levelset filter
+    // in the program's folder and replaces an existing file without a question.
     void platformSaveDialogReplacesWithoutAsking() {
-        const QString path = at(QStringLiteral("zkstlabc.kst"));
+        QTemporaryDir folder;
+        const QString path = folder.filePath("zkstlabc.kst");
         QVERIFY(putFile(path, "an older levelset"));
         frmMain window;
         window.Form_Load();
         window.show();
-        QString title, folder;
+        QString title, shownFolder;
         QStringList filters;
         int otherModals = 0;
         int ticks = 0;
@@ -248,11 +188,10 @@ private slots:
             if (auto *dialog = qobject_cast<QFileDialog *>(modal)) {
                 title = dialog->windowTitle();
                 filters = dialog->nameFilters();
-                folder = dialog->directory().absolutePath();
-                // Typed as a user types it; selectFile() would race the folder's loading.
-                auto *name = dialog->findChild<QLineEdit *>(QStringLiteral("fileNameEdit"));
-                // A question, or a dialog that will not take the name: give up, never hang.
-                if (!name || otherModals > 0 || ++ticks > 100) {
+                shownFolder = dialog->directory().absolutePath();
+                // Typed as a user types it: selectFile() would race the folder's loading.
+                auto *name = dialog->findChild<QLineEdit *>("fileNameEdit");
+                if (!name || otherModals > 0 || ++ticks > 100) { // never hang
                     dialog->reject();
                     return;
                 }
@@ -268,49 +207,46 @@ private slots:
         window.mnuFileSaveAs_Click();
 
         answerer.stop();
-        QCOMPARE(title, QStringLiteral("Save As"));
-        QCOMPARE(filters, QStringList{QStringLiteral("KST Levelsets (zkstl*.kst)")});
-        QCOMPARE(folder, QDir(QCoreApplication::applicationDirPath()).absolutePath());
+        QCOMPARE(title, "Save As");
+        QCOMPARE(filters, QStringList{"KST Levelsets (zkstl*.kst)"});
+        QCOMPARE(shownFolder, QDir(QCoreApplication::applicationDirPath()).absolutePath());
         QCOMPARE(otherModals, 0);
         QCOMPARE(fileBytes(path), writeLevelset(window.levelset, path));
         QCOMPARE(window.windowTitle(), windowTitle(path));
     }
 
-    // A write that fails leaves whatever was on disk, and the status bar names the failure.
+    // A write that fails leaves whatever was on disk, quietly: the status bar names the failure.
     void failedWriteKeepsTheOldFile_data() {
         QTest::addColumn<QString>("name");
         QTest::addColumn<bool>("exists");
-        QTest::newRow("missing folder") << QStringLiteral("missing/zkstlabc.kst") << false;
-        QTest::newRow("through a regular file") << QStringLiteral("plain/zkstlabc.kst") << false;
+        QTest::newRow("missing folder") << "missing/zkstlabc.kst" << false;
+        QTest::newRow("through a regular file") << "plain/zkstlabc.kst" << false;
         // The atomic write's temporary neighbour would pass the 255-byte name limit.
-        QTest::newRow("temporary name too long")
-            << QStringLiteral("zkstlabc") + QString(240, QLatin1Char('a')) + ".kst" << true;
+        QTest::newRow("temporary name too long") << "zkstlabc" + QString(240, 'a') + ".kst" << true;
     }
     void failedWriteKeepsTheOldFile() {
         QFETCH(QString, name);
         QFETCH(bool, exists);
-        QVERIFY(putFile(at(QStringLiteral("plain")), "not a folder"));
-        const QString path = at(name);
-        Levelset sample;
-        fillSample(sample);
-        const QByteArray old = exists ? writeLevelset(sample, path) : QByteArray();
-        if (exists)
-            QVERIFY(putFile(path, old));
-        const QStringList filesBefore = filesBelow(tmp->path());
-        editor->answer({QMessageBox::No});
-        editor->answerOpen(path);
-        editor->window.mnuFileOpen_Click();
-        editor->levelset().levels[0].tile(0, 0) = 42;
+        FileSession s;
+        QVERIFY(putFile(s.at("plain"), "not a folder"));
+        const QString path = s.at(name);
+        QVERIFY(!exists || !s.writeSample(name).isEmpty());
+        const QByteArray old = fileBytes(path);
+        const QStringList filesBefore = s.files();
+        s.answer({QMessageBox::No});
+        s.dialogs.openAnswers.enqueue(path);
+        s.window.mnuFileOpen_Click();
+        s.levelset().levels[0].tile(0, 0) = 42;
 
-        editor->window.mnuFileSave_Click();
+        s.window.mnuFileSave_Click();
 
-        QCOMPARE(editor->dialogs.messages.size(), 1); // only the prompt: the failure is quiet
-        QCOMPARE(filesBelow(tmp->path()), filesBefore);
+        QCOMPARE(s.dialogs.messages.size(), 1); // the prompt alone
+        QCOMPARE(s.files(), filesBefore);
         QCOMPARE(fileBytes(path), old);
-        const QString prefix = QStringLiteral("Could not write ") + path + ": ";
-        QVERIFY2(editor->status().startsWith(prefix), qPrintable(editor->status()));
-        QVERIFY(editor->status().size() > prefix.size());
-        QCOMPARE(editor->title(), windowTitle(path));
+        const QString prefix = "Could not write " + path + ": ";
+        QVERIFY2(s.status().startsWith(prefix) && s.status().size() > prefix.size(),
+                 qPrintable(s.status()));
+        QCOMPARE(s.title(), windowTitle(path));
     }
 };
 
