@@ -10,7 +10,6 @@ using namespace TestLevelsets;
 
 namespace {
 
-const QRgb Grey = qRgb(192, 192, 192);
 const QRgb Black = qRgb(0, 0, 0);
 const QRgb White = qRgb(255, 255, 255);
 
@@ -71,7 +70,7 @@ private slots:
         }
     }
 
-    void pixels_data() {
+    void markers_data() {
         QTest::addColumn<QStringList>("options");
         QTest::addColumn<QPoint>("pixel");
         QTest::addColumn<QRgb>("colour");
@@ -79,14 +78,6 @@ private slots:
                             QRgb colour) { QTest::newRow(name) << options << pixel << colour; };
         const QStringList plain{"--level", "1"};
         const QStringList marked{"--level", "1", "--markers"};
-        row("floor inside", plain, cellCentre(0, 0), White);
-        row("wall inside", plain, cellCentre(3, 1), Black);
-        row("wall corner pixel", plain, QPoint(16 * 3, 16 * 1), Black);
-        row("id 200 inside is grey", plain, cellCentre(5, 2), Grey);
-        row("last cell of the level", plain, cellCentre(11, 7), Black);
-        row("wall outside the width", plain, cellCentre(12, 0), Grey);
-        row("below the height", plain, cellCentre(0, 8), Grey);
-        row("far corner", plain, QPoint(511, 511), Grey);
         row("no markers unless asked", plain, QPoint(5, 0), White);
         // The default level: start (0, 0), put (1, 0), take (2, 0), finish (11, 7).
         row("start, top edge", marked, QPoint(5, 0), qRgb(128, 255, 128));
@@ -99,7 +90,7 @@ private slots:
         row("finish, inside stays the tile", marked, cellCentre(11, 7), Black);
         row("no marker on the next cell", marked, cellCentre(3, 0), White);
     }
-    void pixels() {
+    void markers() {
         QFETCH(QStringList, options);
         QFETCH(QPoint, pixel);
         QFETCH(QRgb, colour);
