@@ -122,20 +122,6 @@ private slots:
         verifySet(OutsideSet, TileGroup::OutsideSet);
     }
 
-    void emptyLevelReports() {
-        const LevelRecord empty = levelWith({});
-        QCOMPARE(countDoors(empty).title, "Doors");
-        QCOMPARE(countDoors(empty).text, "Normal Doors: 0\rSecurity Doors: 0\rWhite Doors: 0\r"
-                                         "Checkered Doors: 0\rBlack Doors: 0");
-        QCOMPARE(countEnemies(empty).title, "Enemies");
-        QCOMPARE(countEnemies(empty).text, "Holes: 0\rWorms: 0\rFace Huggers: 0\rNormal Aliens: 0\r"
-                                           "Strong Aliens: 0\rSecurity Guards: 0");
-        QCOMPARE(countPickups(empty).title, "Pick-ups");
-        QCOMPARE(countPickups(empty).text, "Credits: 0\rAmmo: 0\rKey Passes: 0\rWhite Keys: 0\r"
-                                           "Checkered Keys: 0\rBlack Keys: 0\rFirst Aids: 0\r"
-                                           "Invincibilities: 0\rExtra Lives: 0");
-    }
-
     // The one line of the report that is not zero, or none.
     void countReports_data() {
         QTest::addColumn<Counter>("counter");
@@ -228,13 +214,6 @@ private slots:
         QFETCH(Levelset, levelset);
         QFETCH(int, result);
         QCOMPARE(checkHolesAndGuards(levelset), result);
-    }
-
-    void holesAndGuardsMessage() {
-        QCOMPARE(::holesAndGuardsMessage(3),
-                 QStringLiteral("Either too many Alien Holes or Security Guards on Level 3"));
-        QCOMPARE(::holesAndGuardsMessage(8).right(2), QStringLiteral(" 8"));
-        QCOMPARE(HolesAndGuardsTitle, QStringLiteral("Error!"));
     }
 };
 
