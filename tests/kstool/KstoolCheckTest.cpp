@@ -78,21 +78,20 @@ private slots:
     void unreadableInputOrUnwritableOutput_data() {
         QTest::addColumn<QStringList>("arguments");
         QTest::addColumn<QString>("message");
-        QTest::newRow("info") << QStringList{"info", "missing.kst"} << "missing.kst: cannot read";
-        QTest::newRow("render") << QStringList{"render", "missing.kst", "-o", "out.png"}
-                                << "missing.kst: cannot read";
-        QTest::newRow("export") << QStringList{"export", "missing.kst", "-o", "out.json"}
-                                << "missing.kst: cannot read";
-        QTest::newRow("import") << QStringList{"import", "missing.json", "-o", "zkstlout.kst"}
-                                << "missing.json: cannot read";
-        QTest::newRow("render output") << QStringList{"render", "zkstlabc.kst", "-o", "plain/o.png"}
-                                       << "cannot write plain/o.png";
-        QTest::newRow("json output") << QStringList{"export", "zkstlabc.kst", "-o", "plain/o.json"}
-                                     << "cannot write plain/o.json";
-        QTest::newRow("map output") << QStringList{"export", "zkstlabc.kst", "-o", "plain/o.tmx"}
-                                    << "cannot write plain/o-";
-        QTest::newRow("sheet output")
-            << QStringList{"sheet", "-o", "plain/o.png"} << "cannot write plain/o.png";
+        const auto row = [](const char *name, const QStringList &arguments, const char *message) {
+            QTest::newRow(name) << arguments << QString(message);
+        };
+        row("info", {"info", "missing.kst"}, "missing.kst: cannot read");
+        row("render", {"render", "missing.kst", "-o", "out.png"}, "missing.kst: cannot read");
+        row("export", {"export", "missing.kst", "-o", "out.json"}, "missing.kst: cannot read");
+        row("import", {"import", "missing.json", "-o", "zkstlout.kst"},
+            "missing.json: cannot read");
+        row("render output", {"render", "zkstlabc.kst", "-o", "plain/o.png"},
+            "cannot write plain/o.png");
+        row("json output", {"export", "zkstlabc.kst", "-o", "plain/o.json"},
+            "cannot write plain/o.json");
+        row("map output", {"export", "zkstlabc.kst", "-o", "plain/o.tmx"}, "cannot write plain/o-");
+        row("sheet output", {"sheet", "-o", "plain/o.png"}, "cannot write plain/o.png");
     }
     void unreadableInputOrUnwritableOutput() {
         QFETCH(QStringList, arguments);
