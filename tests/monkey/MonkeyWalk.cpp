@@ -764,9 +764,22 @@ QString MonkeyWalk::paletteClick(QString &description) {
     }
     const int id = 8 * cellOf(at.y()) + cellOf(at.x());
     at = notCentre(at);
-    QTest::mouseClick(w.picTiles, button, anyModifiers(random_), at);
+    const Qt::KeyboardModifiers modifiers = anyModifiers(random_);
     description =
         QStringLiteral("palette %1 at %2 (id %3)").arg(int(button)).arg(where(at)).arg(id);
+    if (pick(4) == 0) {
+        // The palette reads presses only: dragging across it or off it chooses nothing more.
+        QTest::mousePress(w.picTiles, button, modifiers, at);
+        QPoint to = at;
+        for (int moves = 1 + pick(4); moves > 0; --moves) {
+            to = notCentre(QPoint(pick(400) - 150, pick(700) - 100));
+            QTest::mouseMove(w.picTiles, to);
+        }
+        QTest::mouseRelease(w.picTiles, button, modifiers, to);
+        description += QStringLiteral(", dragged to %1").arg(where(to));
+    } else {
+        QTest::mouseClick(w.picTiles, button, modifiers, at);
+    }
     count(QStringLiteral("palette"));
 
     const int selected = (button == Qt::LeftButton && id < 178) ? id : before.selectedTile;
