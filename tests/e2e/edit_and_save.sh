@@ -108,7 +108,7 @@ cell_print() { import -window "$wid" -crop 12x12+$(($1 + 2))+$(($2 + 2)) +repage
 tile_print() { cell_print $(palette_cell "$1"); }
 level_shows() { [ "$(cell_print $(level_cell "$1" "$2"))" = "$(tile_print "$3")" ]; }
 level_differs() { [ "$(cell_print $(level_cell "$1" "$2"))" != "$(tile_print "$3")" ]; }
-wait_level_shows() { wait_for 10 "cell ($1, $2) to show tile $3" level_shows "$1" "$2" "$3"; }
+wait_level_shows() { wait_for 20 "cell ($1, $2) to show tile $3" level_shows "$1" "$2" "$3"; }
 
 # --- user actions --------------------------------------------------------------------------
 
@@ -149,9 +149,9 @@ popup_choose() {
     shift
     point_at "$@"
     xdotool click 3
-    wait_for 10 "the popup menu" windows_shown 2
+    wait_for 20 "the popup menu" windows_shown 2
     xdotool key "$key"
-    wait_for 10 "the popup menu to close" windows_shown 1
+    wait_for 20 "the popup menu to close" windows_shown 1
 }
 
 # Replaces a text field's contents by typing.
@@ -235,7 +235,7 @@ wait_level_shows 12 0 0
 wait_level_shows 13 0 0
 paint 13 0 5
 keys F1 # Decrease Width hides column 13; Increase Width shows its tile again
-wait_for 10 "column 13 to leave the level" level_differs 13 0 5
+wait_for 20 "column 13 to leave the level" level_differs 13 0 5
 keys F2
 wait_level_shows 13 0 5
 

@@ -3,7 +3,7 @@
 # the two programs in bin, the menu entry, and the icon at each size under the name the entry
 # gives. Nothing else may be installed.
 #
-# Usage: install_layout.sh BUILD-DIR
+# Usage: install_layout.sh BUILD-DIR    (CMAKE names the cmake to run; default: the one on PATH)
 set -euo pipefail
 
 build=${1:?usage: install_layout.sh BUILD-DIR}
@@ -15,7 +15,7 @@ fail() {
     exit 1
 }
 
-cmake --install "$build" --prefix "$prefix" >/dev/null || fail "cmake --install failed"
+"${CMAKE:-cmake}" --install "$build" --prefix "$prefix" >/dev/null || fail "cmake --install failed"
 
 expected="bin/KstEdit
 bin/kstool
