@@ -11,8 +11,8 @@ private slots:
     void initTestCase() { QApplication::setQuitOnLastWindowClosed(false); }
 
     // The dialog is answered with each name in turn, "" cancelling it; every refused name
-    // brings the message and the dialog back. Only the file name changes case: the folder
-    // chosen is the one written.
+    // brings the message and the dialog back (the name rule itself is the model tests' concern).
+    // Only the file name changes case: the folder chosen is the one written.
     void saveDialogReopensUntilAValidNameOrCancel_data() {
         QTest::addColumn<bool>("viaSave"); // Save of the untitled levelset rather than Save As
         QTest::addColumn<QStringList>("answers");
@@ -26,9 +26,6 @@ private slots:
         refused("two name characters", "zkstlab.kst");
         refused("four name characters", "zkstlabcd.kst");
         refused("no zkstl prefix", "abc.kst");
-        refused("text before the prefix", "myzkstlabc.kst");
-        refused("other extension", "zkstlabc.txt");
-        refused("extension not last", "zkstlabc.kst.bak");
         refused("valid folder, plain file", "zkstlabc.kst/level.kst");
         QTest::newRow("Save, cancelled at once") << true << QStringList{""} << "" << QByteArray();
         QTest::newRow("two refused, then valid")

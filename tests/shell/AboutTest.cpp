@@ -127,25 +127,31 @@ private slots:
         QCOMPARE(okPresses, 1);
     }
 
-    // System Info looks on the PATH of the moment; About stays open either way.
+    // System Info looks on the PATH of the moment and starts what it finds; with nothing found,
+    // or a tool that will not start, it says so. About stays open either way.
     void systemInfoStartsAToolFromThePathOrSaysThereIsNone_data() {
         QTest::addColumn<bool>("emptyPath");
-        QTest::addColumn<bool>("toolThere");
-        QTest::newRow("nothing on the path") << false << false;
-        QTest::newRow("empty path") << true << false;
-        QTest::newRow("hardinfo on the path") << false << true;
+        QTest::addColumn<bool>("executable");
+        QTest::addColumn<QByteArray>("program");
+        QTest::addColumn<bool>("starts");
+        const QByteArray script = "#!/bin/sh\necho started > \"$0.started\"\n";
+        QTest::newRow("nothing on the path") << false << false << script << false;
+        QTest::newRow("empty path") << true << true << script << false;
+        QTest::newRow("hardinfo on the path") << false << true << script << true;
+        QTest::newRow("a tool that will not start") << false << true << QByteArray("junk") << false;
     }
     void systemInfoStartsAToolFromThePathOrSaysThereIsNone() {
         QFETCH(bool, emptyPath);
-        QFETCH(bool, toolThere);
+        QFETCH(bool, executable);
+        QFETCH(QByteArray, program);
+        QFETCH(bool, starts);
         QTemporaryDir tools;
-        const QString started = tools.filePath("started");
-        QFile script(tools.filePath("hardinfo"));
-        QVERIFY(script.open(QIODevice::WriteOnly));
-        script.write("#!/bin/sh\necho started > '" + started.toLocal8Bit() + "'\n");
-        script.close();
-        if (toolThere)
-            QVERIFY(script.setPermissions(script.permissions() | QFileDevice::ExeOwner));
+        QFile tool(tools.filePath("hardinfo"));
+        QVERIFY(tool.open(QIODevice::WriteOnly));
+        tool.write(program);
+        tool.close();
+        if (executable)
+            QVERIFY(tool.setPermissions(tool.permissions() | QFileDevice::ExeOwner));
         qputenv("PATH", emptyPath ? QByteArray() : tools.path().toLocal8Bit());
         EditorWindow e;
         whileAboutIsOpen(e, [](frmAbout &about) {
@@ -154,8 +160,8 @@ private slots:
         });
         e.window.mnuHelpAbout_Click();
 
-        if (toolThere) {
-            QTRY_VERIFY(QFile::exists(started));
+        if (starts) {
+            QTRY_VERIFY(QFile::exists(tools.filePath("hardinfo.started")));
             QVERIFY(e.dialogs.messages.isEmpty());
         } else {
             QCOMPARE(e.dialogs.messages.size(), 1);

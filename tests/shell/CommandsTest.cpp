@@ -250,7 +250,8 @@ private slots:
         QVERIFY(Visible::of(e) == before);
     }
 
-    // Exit asks first; once the window goes, the other windows close, the newest first.
+    // Once the window goes, the other shown windows close, the newest first; a cancelled Exit
+    // keeps them all (the prompt itself is the file tests' concern).
     void exitClosesTheOtherWindowsUnlessCancelled_data() {
         QTest::addColumn<QMessageBox::StandardButton>("answer");
         QTest::addColumn<QStringList>("closed");
@@ -261,28 +262,21 @@ private slots:
         QFETCH(QMessageBox::StandardButton, answer);
         QFETCH(QStringList, closed);
         EditorWindow e;
-        QWidget older;
-        QWidget newer;
-        QWidget neverShown;
+        QWidget older, newer, hidden;
         CloseRecorder recorder;
-        for (QWidget *other : {&older, &newer, &neverShown}) {
+        for (QWidget *other : {&older, &newer, &hidden}) {
             other->installEventFilter(&recorder);
             other->setObjectName(other == &older ? "older" : other == &newer ? "newer" : "hidden");
-            if (other != &neverShown)
-                other->show();
         }
-        e.levelset().levels[0].tile(1, 1) = 33;
-        const Visible before = Visible::of(e);
+        older.show();
+        newer.show();
         e.answer({answer});
 
         e.window.mnuFileExit_Click();
 
-        QCOMPARE(e.dialogs.messageTexts(), QStringList{"Save current Levelset?"});
         QCOMPARE(recorder.closed, closed);
         for (const QWidget *window : {static_cast<QWidget *>(&e.window), &older, &newer})
             QCOMPARE(window->isVisible(), closed.isEmpty());
-        QCOMPARE(Visible::of(e).levels, before.levels);
-        QCOMPARE(e.title(), before.texts[0]);
     }
 };
 
