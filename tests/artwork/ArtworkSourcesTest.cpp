@@ -6,7 +6,6 @@
 #include "TilesetImage.h"
 
 #include <QtTest>
-#include <functional>
 
 namespace {
 
@@ -34,10 +33,12 @@ int rowLine(int tile, int row) {
     return 3 + 9 * tile + row;
 }
 
-// The sprite source with one edit applied to its lines, indexed from 0.
-QByteArray sprites(const std::function<void(QList<QByteArray> &)> &edit) {
+// The sprite source with `removed` lines from 1-based `line` on replaced by `inserted`.
+QByteArray sprites(int line = 1, int removed = 0, const QList<QByteArray> &inserted = {}) {
     QList<QByteArray> lines = spriteLines();
-    edit(lines);
+    lines.remove(line - 1, removed);
+    for (qsizetype i = 0; i < inserted.size(); ++i)
+        lines.insert(line - 1 + i, inserted[i]);
     return lines.join('\n') + '\n';
 }
 
@@ -60,14 +61,12 @@ class ArtworkSourcesTest : public QObject {
 
 private slots:
     void spritesBecomeDoubledCellsDespiteLineEndsAndComments() {
-        // Edited from the end backwards, so each edit leaves the earlier line numbers in place.
-        const QByteArray text = sprites([](auto &l) {
-            for (QByteArray &line : l)
-                line += " \r";
-            l[headerLine(9) - 1] = "#9: no blank after the hash";
-            l.insert(headerLine(7) - 1, "");
-            l.insert(headerLine(5) - 1, "# 5 walls follow: an ordinary comment, not a tile header");
-        });
+        QByteArray text = sprites();
+        text.replace("\n", " \r\n")
+            .replace("# 9: tile", "#9: no blank after the hash")
+            .replace("# 7: tile", "\n# 7: tile")
+            .replace("# 5: tile",
+                     "# 5 walls follow: an ordinary comment, not a tile header\n# 5: tile");
         SourceError error;
         const auto tiles = parseTileSprites(text, error);
         QVERIFY2(tiles, qPrintable(error.describe("tiles")));
@@ -142,35 +141,32 @@ private slots:
                             const QString &message) {
             QTest::newRow(name) << text << line << message;
         };
-        // The sprite edits index lines from 0.
-        row("sprites: lower-case x", sprites([](auto &l) { l[rowLine(5, 2) - 1][0] = 'x'; }),
-            rowLine(5, 2), "character 'x' in column 1");
-        row("sprites: blank inside a row", sprites([](auto &l) { l[rowLine(6, 0) - 1][3] = ' '; }),
-            rowLine(6, 0), "character ' ' in column 4");
-        row("sprites: short row", sprites([](auto &l) { l[rowLine(7, 7) - 1].chop(1); }),
-            rowLine(7, 7), "row of 7 characters, expected 8");
-        row("sprites: long row", sprites([](auto &l) { l[rowLine(7, 1) - 1] += 'X'; }),
-            rowLine(7, 1), "row of 9 characters, expected 8");
-        row("sprites: missing row", sprites([](auto &l) { l.removeAt(rowLine(10, 3) - 1); }),
-            headerLine(11) - 1, "tile 10 has 7 rows, expected 8");
-        row("sprites: extra row",
-            sprites([](auto &l) { l.insert(headerLine(11) - 1, "........"); }), headerLine(11),
+        row("sprites: lower-case x", sprites(rowLine(5, 2), 1, {"x......."}), rowLine(5, 2),
+            "character 'x' in column 1");
+        row("sprites: blank inside a row", sprites(rowLine(6, 0), 1, {"... ...."}), rowLine(6, 0),
+            "character ' ' in column 4");
+        row("sprites: short row", sprites(rowLine(7, 7), 1, {"......."}), rowLine(7, 7),
+            "row of 7 characters, expected 8");
+        row("sprites: long row", sprites(rowLine(7, 1), 1, {"XXXXXXXXX"}), rowLine(7, 1),
+            "row of 9 characters, expected 8");
+        row("sprites: missing row", sprites(rowLine(10, 3), 1), headerLine(11) - 1,
+            "tile 10 has 7 rows, expected 8");
+        row("sprites: extra row", sprites(headerLine(11), 0, {"........"}), headerLine(11),
             "tile 10 has more than 8 rows");
-        row("sprites: skipped id", sprites([](auto &l) { l[headerLine(12) - 1] = "# 13: tile"; }),
-            headerLine(12), "expected tile 12, found tile 13");
-        row("sprites: repeated id", sprites([](auto &l) { l[headerLine(12) - 1] = "# 11: tile"; }),
-            headerLine(12), "expected tile 12, found tile 11");
-        row("sprites: row before the first tile", sprites([](auto &l) { l.insert(1, "XXXXXXXX"); }),
-            2, "sprite row before the first \"# 0:\" line");
-        row("sprites: tile beyond 177", sprites([](auto &l) {
-                l.append("# 178: one too many");
-                l.append(QList<QByteArray>(8, "XXXXXXXX"));
-            }),
+        row("sprites: skipped id", sprites(headerLine(12), 1, {"# 13: tile"}), headerLine(12),
+            "expected tile 12, found tile 13");
+        row("sprites: repeated id", sprites(headerLine(12), 1, {"# 11: tile"}), headerLine(12),
+            "expected tile 12, found tile 11");
+        row("sprites: row before the first tile", sprites(2, 0, {"XXXXXXXX"}), 2,
+            "sprite row before the first \"# 0:\" line");
+        row("sprites: tile beyond 177",
+            sprites(headerLine(178), 0,
+                    QList<QByteArray>{"# 178: more"} + QList<QByteArray>(8, "XXXXXXXX")),
             headerLine(178), "tile 178 is beyond the last tile, 177");
-        row("sprites: file ends early", sprites([](auto &l) { l.resize(headerLine(177) - 1); }), 0,
+        row("sprites: file ends early", sprites(headerLine(177), 9), 0,
             "the file ends after tile 176; tiles run to 177");
-        row("sprites: last tile cut short", sprites([](auto &l) { l.removeLast(); }),
-            headerLine(177), "tile 177 has 7 rows, expected 8");
+        row("sprites: last tile cut short", sprites(rowLine(177, 7), 1), headerLine(177),
+            "tile 177 has 7 rows, expected 8");
         row("sprites: no tiles at all", "# nothing here\n", 0, "no tiles");
 
         row("legend: five digits", "# c\nK 00000 black\n", 2, "six hexadecimal");
