@@ -27,96 +27,93 @@ QImage shot(QWidget &widget) {
 class ViewWidgetsTest : public QObject {
     Q_OBJECT
 private slots:
-    void surfacesShowTheirPicturesUnderMarkerOutlines();
-    void pressesReachTheSurfaceThroughMarkers_data();
-    void pressesReachTheSurfaceThroughMarkers();
-    void levelViewReportsMovesWithAndWithoutButtons();
-};
+    void surfacesShowTheirPicturesUnderMarkerOutlines() {
+        LevelView view;
+        LevelRecord level;
+        level.reset(); // tiles, and grey beyond them
+        view.drawLevel(level);
+        const std::map<QString, std::pair<QColor, QPoint>> markers = {
+            {QStringLiteral("levelCursor"), {QColor(255, 128, 0), {0, 0}}},
+            {QStringLiteral("shpStart"), {QColor(128, 255, 128), {16, 32}}},
+            {QStringLiteral("shpTake"), {QColor(0, 0, 192), {21, 7}}}}; // off the cell grid
+        for (const auto &[name, marker] : markers)
+            (new Marker(name, marker.first, &view))->place(marker.second);
+        view.show();
+        view.present();
 
-void ViewWidgetsTest::surfacesShowTheirPicturesUnderMarkerOutlines() {
-    LevelView view;
-    LevelRecord level;
-    level.reset(); // tiles, and grey beyond them
-    view.drawLevel(level);
-    const std::map<QString, std::pair<QColor, QPoint>> markers = {
-        {QStringLiteral("levelCursor"), {QColor(255, 128, 0), {0, 0}}},
-        {QStringLiteral("shpStart"), {QColor(128, 255, 128), {16, 32}}},
-        {QStringLiteral("shpTake"), {QColor(0, 0, 192), {21, 7}}}}; // off the cell grid
-    for (const auto &[name, marker] : markers)
-        (new Marker(name, marker.first, &view))->place(marker.second);
-    view.show();
-    view.present();
-
-    const QImage image = shot(view);
-    for (int y = 0; y < 512; ++y)
-        for (int x = 0; x < 512; ++x) {
-            QRgb expected = view.image().pixel(x, y);
-            for (const auto &[name, marker] : markers) {
-                const QRect square(marker.second, QSize(16, 16));
-                if (square.contains(x, y) && !square.adjusted(2, 2, -2, -2).contains(x, y))
-                    expected = marker.first.rgb();
+        const QImage image = shot(view);
+        for (int y = 0; y < 512; ++y)
+            for (int x = 0; x < 512; ++x) {
+                QRgb expected = view.image().pixel(x, y);
+                for (const auto &[name, marker] : markers) {
+                    const QRect square(marker.second, QSize(16, 16));
+                    if (square.contains(x, y) && !square.adjusted(2, 2, -2, -2).contains(x, y))
+                        expected = marker.first.rgb();
+                }
+                if (image.pixel(x, y) != expected)
+                    QFAIL(qPrintable(QStringLiteral("pixel %1,%2").arg(x).arg(y)));
             }
-            if (image.pixel(x, y) != expected)
-                QFAIL(qPrintable(QStringLiteral("pixel %1,%2").arg(x).arg(y)));
-        }
-    QVERIFY(view.findChild<Marker *>(QStringLiteral("shpTake")));
+        QVERIFY(view.findChild<Marker *>(QStringLiteral("shpTake")));
 
-    TilePalette palette;
-    palette.show();
-    palette.present();
-    QCOMPARE(shot(palette), Tileset::image());
-}
+        TilePalette palette;
+        palette.show();
+        palette.present();
+        QCOMPARE(shot(palette), Tileset::image());
+    }
 
-void ViewWidgetsTest::pressesReachTheSurfaceThroughMarkers_data() {
-    QTest::addColumn<bool>("palette");
-    QTest::addColumn<QPointF>("pos");
-    QTest::addColumn<Qt::MouseButton>("button");
-    QTest::newRow("view, left, whole pixels") << false << QPointF(17, 33) << Qt::LeftButton;
-    QTest::newRow("view, right, fraction kept") << false << QPointF(10.5, 20.25) << Qt::RightButton;
-    QTest::newRow("view, middle, last pixel") << false << QPointF(511, 511) << Qt::MiddleButton;
-    QTest::newRow("palette, right, top right") << true << QPointF(127.25, 0.5) << Qt::RightButton;
-}
+    void pressesReachTheSurfaceThroughMarkers_data() {
+        QTest::addColumn<bool>("palette");
+        QTest::addColumn<QPointF>("pos");
+        QTest::addColumn<Qt::MouseButton>("button");
+        QTest::newRow("view, left, whole pixels") << false << QPointF(17, 33) << Qt::LeftButton;
+        QTest::newRow("view, right, fraction kept")
+            << false << QPointF(10.5, 20.25) << Qt::RightButton;
+        QTest::newRow("view, middle, last pixel") << false << QPointF(511, 511) << Qt::MiddleButton;
+        QTest::newRow("palette, right, top right")
+            << true << QPointF(127.25, 0.5) << Qt::RightButton;
+    }
 
-void ViewWidgetsTest::pressesReachTheSurfaceThroughMarkers() {
-    QFETCH(bool, palette);
-    QFETCH(QPointF, pos);
-    QFETCH(Qt::MouseButton, button);
-    LevelView view;
-    TilePalette tiles;
-    QWidget *surface = palette ? static_cast<QWidget *>(&tiles) : &view;
-    auto *marker = new Marker(QStringLiteral("cursor"), Qt::red, surface);
-    marker->place(QPoint(int(pos.x()) / 16 * 16, int(pos.y()) / 16 * 16));
-    surface->show();
-    QVERIFY(QTest::qWaitForWindowExposed(surface));
-    QSignalSpy downs(surface, SIGNAL(mouseDown(Qt::MouseButton, QPointF)));
+    void pressesReachTheSurfaceThroughMarkers() {
+        QFETCH(bool, palette);
+        QFETCH(QPointF, pos);
+        QFETCH(Qt::MouseButton, button);
+        LevelView view;
+        TilePalette tiles;
+        QWidget *surface = palette ? static_cast<QWidget *>(&tiles) : &view;
+        auto *marker = new Marker(QStringLiteral("cursor"), Qt::red, surface);
+        marker->place(QPoint(int(pos.x()) / 16 * 16, int(pos.y()) / 16 * 16));
+        surface->show();
+        QVERIFY(QTest::qWaitForWindowExposed(surface));
+        QSignalSpy downs(surface, SIGNAL(mouseDown(Qt::MouseButton, QPointF)));
 
-    send(surface, QEvent::MouseButtonPress, pos, button, button);
-    send(surface, QEvent::MouseButtonRelease, pos, button, Qt::NoButton);
-    // Through the window as the platform delivers it, where the marker lies on top.
-    QTest::mouseClick(surface->windowHandle(), button, {}, pos.toPoint());
-    QCOMPARE(downs.size(), 2);
-    QCOMPARE(downs.at(0), (QVariantList{QVariant::fromValue(button), pos}));
-    QCOMPARE(downs.at(1), (QVariantList{QVariant::fromValue(button), QPointF(pos.toPoint())}));
-}
+        send(surface, QEvent::MouseButtonPress, pos, button, button);
+        send(surface, QEvent::MouseButtonRelease, pos, button, Qt::NoButton);
+        // Through the window as the platform delivers it, where the marker lies on top.
+        QTest::mouseClick(surface->windowHandle(), button, {}, pos.toPoint());
+        QCOMPARE(downs.size(), 2);
+        QCOMPARE(downs.at(0), (QVariantList{QVariant::fromValue(button), pos}));
+        QCOMPARE(downs.at(1), (QVariantList{QVariant::fromValue(button), QPointF(pos.toPoint())}));
+    }
 
-void ViewWidgetsTest::levelViewReportsMovesWithAndWithoutButtons() {
-    LevelView view;
-    view.show();
-    QSignalSpy moves(&view, &LevelView::mouseMove);
+    void levelViewReportsMovesWithAndWithoutButtons() {
+        LevelView view;
+        view.show();
+        QSignalSpy moves(&view, &LevelView::mouseMove);
 
-    send(&view, QEvent::MouseMove, QPointF(100.5, 7.75), Qt::NoButton, Qt::NoButton);
-    QCOMPARE(moves.size(), 1);
-    QCOMPARE(moves.at(0),
-             (QVariantList{QVariant::fromValue(Qt::MouseButtons()), QPointF(100.5, 7.75)}));
+        send(&view, QEvent::MouseMove, QPointF(100.5, 7.75), Qt::NoButton, Qt::NoButton);
+        QCOMPARE(moves.size(), 1);
+        QCOMPARE(moves.at(0),
+                 (QVariantList{QVariant::fromValue(Qt::MouseButtons()), QPointF(100.5, 7.75)}));
 
-    // With the button held the view keeps reporting outside itself, at negative positions too.
-    QTest::mousePress(&view, Qt::LeftButton, Qt::NoModifier, QPoint(5, 5));
-    QTest::mouseMove(&view, QPoint(-20, 600));
-    QTest::mouseRelease(&view, Qt::LeftButton, Qt::NoModifier, QPoint(-20, 600));
-    QVERIFY(moves.size() >= 2);
-    QCOMPARE(moves.last(), (QVariantList{QVariant::fromValue(Qt::MouseButtons(Qt::LeftButton)),
-                                         QPointF(-20, 600)}));
-}
+        // With the button held the view keeps reporting outside itself, at negative positions too.
+        QTest::mousePress(&view, Qt::LeftButton, Qt::NoModifier, QPoint(5, 5));
+        QTest::mouseMove(&view, QPoint(-20, 600));
+        QTest::mouseRelease(&view, Qt::LeftButton, Qt::NoModifier, QPoint(-20, 600));
+        QVERIFY(moves.size() >= 2);
+        QCOMPARE(moves.last(), (QVariantList{QVariant::fromValue(Qt::MouseButtons(Qt::LeftButton)),
+                                             QPointF(-20, 600)}));
+    }
+};
 
 QTEST_MAIN(ViewWidgetsTest)
 #include "ViewWidgetsTest.moc"
