@@ -9,6 +9,7 @@
 set -euo pipefail
 
 editor=${1:?usage: edit_and_save.sh PATH-TO-KstEdit}
+# shellcheck source-path=SCRIPTDIR source=x_session.sh
 source "$(dirname "$0")/x_session.sh"
 on_own_display "$@"
 
@@ -44,24 +45,27 @@ put_level() {
         done
     done
 }
+
 # --- the session ---------------------------------------------------------------------------
 
 start_editor "$editor"
 
 # Palette tiles used below must look different, or the waits could not tell them apart.
-[ "$(tile_print 0)" != "$(tile_print 89)" ] && [ "$(tile_print 0)" != "$(tile_print 5)" ] &&
-    [ "$(tile_print 0)" != "$(tile_print 177)" ] || fail "tiles 0, 5, 89 and 177 are not told apart"
+for tile in 5 89 177; do
+    [ "$(tile_print 0)" != "$(tile_print "$tile")" ] || fail "tiles 0 and $tile are not told apart"
+done
 
 # Level 1. A drag paints each cell it enters; jumping from column 3 to 6 skips 4 and 5.
 pick_tile 89
 drag_paint 89 0,2 1,2 2,2 3,2 6,2
-level_differs 4 2 89 && level_differs 5 2 89 || fail "the drag painted the cells it jumped over"
+if level_shows 4 2 89 || level_shows 5 2 89; then fail "the drag painted the cells it jumped over"; fi
 
 pick_tile 5
-popup_choose p $(palette_cell 5) # "Set as Block to &Put Type"
+point_at_tile 5
+popup_choose p # "Set as Block to &Put Type"
 
 # Column 12 lies outside the 12-wide level: the click writes nothing there.
-point_at $(level_cell 12 0)
+point_at_level 12 0
 xdotool click 1
 paint 11 7 5
 
@@ -78,8 +82,10 @@ keys F4 # Increase Height: 9 rows
 wait_level_shows 0 8 0
 paint 0 8 5
 
-popup_choose s $(level_cell 3 4)  # "Set as &Start Position"
-popup_choose f $(level_cell 10 6) # "Set as &Finish Position"
+point_at_level 3 4
+popup_choose s # "Set as &Start Position"
+point_at_level 10 6
+popup_choose f # "Set as &Finish Position"
 
 type_into 96 417 120 # txtTime
 point_at_client 40 160 # optHatchery
@@ -113,7 +119,7 @@ wait_for 15 "the title to name the lower-case file" titled "$saved"
 put_text "KST0E2E"
 put 2 0 0
 put_text "ABC12 "
-for slot in 2 3 4 5 6 7; do put_text "      "; done
+for _ in 2 3 4 5 6 7; do put_text "      "; done
 #         h  w  obj time put  take putT takeT lvlT alien finish start
 put_level 9 14 0 120 1 0 2 0 5 0 1 3 10 6 3 4 -- \
     0,2=89 1,2=89 2,2=89 3,2=89 6,2=89 11,7=5 13,0=5 0,8=5

@@ -35,7 +35,8 @@ png_size() {
     local signature
     signature=$(od -An -tx1 -N8 "$1" | tr -d ' \n')
     [ "$signature" = 89504e470d0a1a0a ] || fail "$1 is not a PNG"
-    echo "$(od -An -tu1 -j16 -N8 "$1" | awk '{ print $1*16777216 + $2*65536 + $3*256 + $4 "x" $5*16777216 + $6*65536 + $7*256 + $8 }')"
+    od -An -tu1 -j16 -N8 "$1" |
+        awk '{ print $1*16777216 + $2*65536 + $3*256 + $4 "x" $5*16777216 + $6*65536 + $7*256 + $8 }'
 }
 for size in 16 32; do
     icon="$prefix/share/icons/hicolor/${size}x${size}/apps/kstedit.png"

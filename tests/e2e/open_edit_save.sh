@@ -11,6 +11,7 @@ set -euo pipefail
 editor=${1:?usage: open_edit_save.sh KstEdit kstool LEVELSET.json}
 kstool=${2:?usage: open_edit_save.sh KstEdit kstool LEVELSET.json}
 json=${3:?usage: open_edit_save.sh KstEdit kstool LEVELSET.json}
+# shellcheck source-path=SCRIPTDIR source=x_session.sh
 source "$(dirname "$0")/x_session.sh"
 on_own_display "$@"
 
@@ -50,10 +51,10 @@ keys F8
 wait_level_shows 2 2 69 # its alien hole
 
 keys alt+t m w # Right Mouse Button > Random Wall Tile
-point_at $(level_cell 1 3)
+point_at_level 1 3
 xdotool mousedown 3
 for x in 1 2 3 4; do
-    point_at $(level_cell "$x" 3)
+    point_at_level "$x" 3
     wait_for 20 "a random wall at ($x, 3)" level_differs "$x" 3 0
 done
 xdotool mouseup 3

@@ -1,3 +1,4 @@
+# shellcheck shell=bash
 # Shared by the end-to-end scenarios: runs the scenario on its own X server, starts the editor,
 # and offers the user's actions (pointer, keys, popups, dialogs) with waits that end in a
 # clear failure instead of a hang. Source it from a scenario script, then call on_own_display.
@@ -89,10 +90,6 @@ start_editor() {
     xdotool windowfocus --sync "$wid"
 }
 
-# Window-relative top-left of the 16 x 16 cell of a level cell or of a palette tile.
-level_cell() { echo $((LevelLeft + 16 * $1)) $((menuBar + LevelTop + 16 * $2)); }
-palette_cell() { echo $((PaletteLeft + 16 * ($1 % 8))) $((menuBar + PaletteTop + 16 * ($1 / 8))); }
-
 # Moves the pointer to a screen position. "mousemove --sync" waits for the pointer to move,
 # which it never does when it is there already.
 pointer_to() {
@@ -100,17 +97,21 @@ pointer_to() {
     eval "$(xdotool getmouselocation --shell)"
     [ "$X,$Y" = "$1,$2" ] || xdotool mousemove --sync "$1" "$2"
 }
-# To the centre of a window-relative cell; to a point of the client area.
+# To the centre of a window-relative cell; of a level cell; of a palette tile; to a point of
+# the client area.
 point_at() { pointer_to $((windowX + $1 + 8)) $((windowY + $2 + 8)); }
+point_at_level() { point_at $((LevelLeft + 16 * $1)) $((menuBar + LevelTop + 16 * $2)); }
+point_at_tile() { point_at $((PaletteLeft + 16 * ($1 % 8))) $((menuBar + PaletteTop + 16 * ($1 / 8))); }
 point_at_client() { pointer_to $((windowX + $1)) $((windowY + menuBar + $2)); }
 
-# Fingerprint of the inside of a cell, 2 pixels in from each edge so that no marker outline
-# shows in it.
+# Fingerprint of the inside of a cell whose window-relative top-left is X Y, 2 pixels in from
+# each edge so that no marker outline shows in it.
 cell_print() { import -window "$wid" -crop 12x12+$(($1 + 2))+$(($2 + 2)) +repage rgb:- | md5sum; }
+level_print() { cell_print $((LevelLeft + 16 * $1)) $((menuBar + LevelTop + 16 * $2)); }
+tile_print() { cell_print $((PaletteLeft + 16 * ($1 % 8))) $((menuBar + PaletteTop + 16 * ($1 / 8))); }
 
-tile_print() { cell_print $(palette_cell "$1"); }
-level_shows() { [ "$(cell_print $(level_cell "$1" "$2"))" = "$(tile_print "$3")" ]; }
-level_differs() { [ "$(cell_print $(level_cell "$1" "$2"))" != "$(tile_print "$3")" ]; }
+level_shows() { [ "$(level_print "$1" "$2")" = "$(tile_print "$3")" ]; }
+level_differs() { [ "$(level_print "$1" "$2")" != "$(tile_print "$3")" ]; }
 wait_level_shows() { wait_for 20 "cell ($1, $2) to show tile $3" level_shows "$1" "$2" "$3"; }
 
 # --- user actions --------------------------------------------------------------------------
@@ -121,13 +122,13 @@ keys() {
 }
 
 pick_tile() {
-    point_at $(palette_cell "$1")
+    point_at_tile "$1"
     xdotool click 1
 }
 
 # Left click on a cell inside the level; waits until the view shows the painted tile.
 paint() {
-    point_at $(level_cell "$1" "$2")
+    point_at_level "$1" "$2"
     xdotool click 1
     wait_level_shows "$1" "$2" "$3"
 }
@@ -137,20 +138,18 @@ paint() {
 drag_paint() {
     local tile=$1 cell
     shift
-    point_at $(level_cell "${1%,*}" "${1#*,}")
+    point_at_level "${1%,*}" "${1#*,}"
     xdotool mousedown 1
     for cell in "$@"; do
-        point_at $(level_cell "${cell%,*}" "${cell#*,}")
+        point_at_level "${cell%,*}" "${cell#*,}"
         wait_level_shows "${cell%,*}" "${cell#*,}" "$tile"
     done
     xdotool mouseup 1
 }
 
-# Right click on a level cell or palette tile, then an item of the popup by its access key.
+# Right click where the pointer is, then an item of the popup by its access key.
 popup_choose() {
     local key=$1
-    shift
-    point_at "$@"
     xdotool click 3
     wait_for 20 "the popup menu" windows_shown 2
     xdotool key "$key"
