@@ -3,6 +3,7 @@
 #include "levels/PropertiesPanel.h"
 #include "levelset/LevelsetFile.h"
 #include "shell/frmMain.h"
+#include "view/LevelView.h"
 #include "view/Marker.h"
 
 #include <QAction>
@@ -29,6 +30,8 @@ private slots:
     void checksCatchBrokenRules();
     void saveOutcomes_data();
     void saveOutcomes();
+    void stepsCatchWrongEffects_data();
+    void stepsCatchWrongEffects();
 };
 
 namespace {
@@ -270,6 +273,88 @@ void MonkeyTest::saveOutcomes() {
     QVERIFY2(outcome.fault.isEmpty() != fault, qPrintable(outcome.fault));
     if (!fault)
         QCOMPARE(monkey.folder().check(), QString());
+}
+
+// Each sabotage makes one kind of action do a little more than it should, while every rule
+// that holds between actions still holds; the walk must notice from the action's effect alone.
+enum class Sabotage { WriteOutsideLevel, AddTwice, TruncateSave, PopupStoresNextCell };
+Q_DECLARE_METATYPE(Sabotage)
+
+namespace {
+
+// Presses on the level view also flip the bottom-right cell of the grid, which lies outside
+// every level smaller than 32 x 32.
+class CellFlipper : public QObject {
+public:
+    explicit CellFlipper(frmMain &window) : QObject(window.picLevel), window_(window) {
+        window.picLevel->installEventFilter(this);
+    }
+    bool eventFilter(QObject *, QEvent *event) override {
+        if (event->type() == QEvent::MouseButtonPress)
+            window_.levelset.current().tile(31, 31) ^= 1;
+        return false;
+    }
+
+private:
+    frmMain &window_;
+};
+
+void sabotage(frmMain &w, Sabotage kind) {
+    switch (kind) {
+    case Sabotage::WriteOutsideLevel:
+        new CellFlipper(w);
+        break;
+    case Sabotage::AddTwice:
+        QObject::connect(w.mnuLevelAdd, &QAction::triggered, &w, [&w] {
+            if (w.levelset.levelCount < Levelset::MaxLevels)
+                ++w.levelset.levelCount;
+            w.updateLevelLabel();
+        });
+        break;
+    case Sabotage::TruncateSave:
+        QObject::connect(w.mnuFileSave, &QAction::triggered, &w, [&w] {
+            QFile saved(w.levelset.levelsetPath);
+            if (saved.exists() && saved.size() > 0)
+                saved.resize(saved.size() - 1);
+        });
+        break;
+    case Sabotage::PopupStoresNextCell:
+        QObject::connect(w.mnuLevelPopUpStart, &QAction::triggered, &w, [&w] {
+            LevelRecord &level = w.levelset.current();
+            level.header[LevelRecord::StartY] = static_cast<std::uint8_t>(level.height() - 1);
+            w.shpStart->place(QPoint(16 * level.header[LevelRecord::StartX],
+                                     16 * level.header[LevelRecord::StartY]));
+        });
+        break;
+    }
+}
+
+} // namespace
+
+void MonkeyTest::stepsCatchWrongEffects_data() {
+    QTest::addColumn<Sabotage>("kind");
+    QTest::addColumn<QString>("named");
+    QTest::newRow("stroke writes outside the level") << Sabotage::WriteOutsideLevel << "(31, 31)";
+    QTest::newRow("Add adds two levels") << Sabotage::AddTwice << "after Add";
+    QTest::newRow("Save leaves a byte off") << Sabotage::TruncateSave << "neither";
+    QTest::newRow("popup stores another row") << Sabotage::PopupStoresNextCell << "popup chose";
+}
+
+void MonkeyTest::stepsCatchWrongEffects() {
+    QFETCH(Sabotage, kind);
+    QFETCH(QString, named);
+    MonkeyWalk monkey(11);
+    QString fault;
+    for (int i = 0; i < 5000 && fault.isEmpty(); ++i) {
+        // A window opened afresh after a close is sabotaged too; it may reuse the old address.
+        frmMain &w = monkey.window();
+        if (!w.property("sabotaged").toBool()) {
+            w.setProperty("sabotaged", true);
+            sabotage(w, kind);
+        }
+        fault = monkey.step();
+    }
+    QVERIFY2(fault.contains(named), qPrintable(fault));
 }
 
 QTEST_MAIN(MonkeyTest)
