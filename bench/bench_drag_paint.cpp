@@ -6,17 +6,15 @@
 #include "shell/frmMain.h"
 #include "view/LevelView.h"
 
+#include "RatioReporter.h"
 #include <QApplication>
 #include <QImage>
 #include <QMouseEvent>
 #include <QPainter>
 #include <QWidget>
-#include <algorithm>
+
 #include <benchmark/benchmark.h>
-#include <cstdio>
 #include <cstring>
-#include <map>
-#include <string>
 #include <vector>
 
 namespace {
@@ -104,47 +102,6 @@ BENCHMARK(BM_Floor)
     ->UseRealTime()
     ->Unit(benchmark::kMicrosecond);
 
-// The console report, plus the ratio of the two benchmarks from the fastest repetition of each
-// (the machine may be shared, and the fastest run is the one least disturbed).
-class RatioReporter : public benchmark::ConsoleReporter {
-public:
-    void ReportRuns(const std::vector<Run> &runs) override {
-        ConsoleReporter::ReportRuns(runs);
-        for (const Run &run : runs) {
-            if (run.run_type != Run::RT_Iteration || run.error_occurred)
-                continue;
-            keepFastest(fastest_, run.run_name.function_name, run.GetAdjustedRealTime());
-            keepFastest(fastestCpu_, run.run_name.function_name, run.GetAdjustedCPUTime());
-        }
-    }
-
-    void Finalize() override {
-        ConsoleReporter::Finalize();
-        if (fastest_.size() != 2)
-            return;
-        // The decision uses processor time: on a shared machine the wall clock also counts the
-        // time other programs held the processor.
-        ratio = fastestCpu_["BM_DragPaintCell"] / fastestCpu_["BM_Floor"];
-        std::printf("cpu time: one cell by drag %.1f us, floor %.1f us, ratio %.2f (limit 1.50)\n",
-                    fastestCpu_["BM_DragPaintCell"], fastestCpu_["BM_Floor"], ratio);
-        std::printf("real time: one cell by drag %.1f us, floor %.1f us, ratio %.2f\n",
-                    fastest_["BM_DragPaintCell"], fastest_["BM_Floor"],
-                    fastest_["BM_DragPaintCell"] / fastest_["BM_Floor"]);
-    }
-
-    double ratio = 0;
-
-private:
-    using Times = std::map<std::string, double>;
-    static void keepFastest(Times &times, const std::string &name, double time) {
-        auto [it, inserted] = times.try_emplace(name, time);
-        if (!inserted)
-            it->second = std::min(it->second, time);
-    }
-    Times fastest_;
-    Times fastestCpu_;
-};
-
 } // namespace
 
 int main(int argc, char **argv) {
@@ -153,8 +110,9 @@ int main(int argc, char **argv) {
     benchmark::Initialize(&argc, argv);
     if (benchmark::ReportUnrecognizedArguments(argc, argv))
         return 1;
-    RatioReporter reporter;
+    // Processor time: on a shared machine the wall clock also counts other programs' turns.
+    RatioReporter reporter("BM_DragPaintCell", "BM_Floor", 1.5, RatioReporter::Clock::Cpu);
     benchmark::RunSpecifiedBenchmarks(&reporter);
     benchmark::Shutdown();
-    return reporter.ratio <= 1.5 ? 0 : 1;
+    return reporter.withinLimit() ? 0 : 1;
 }

@@ -4,14 +4,12 @@
 #include "view/Tileset.h"
 #include "view/drawLevel.h"
 
+#include "RatioReporter.h"
 #include <QGuiApplication>
 #include <QImage>
-#include <algorithm>
+
 #include <benchmark/benchmark.h>
-#include <cstdio>
 #include <cstring>
-#include <map>
-#include <string>
 #include <vector>
 
 namespace {
@@ -55,48 +53,16 @@ void BM_Memcpy1MiB(benchmark::State &state) {
 BENCHMARK(BM_DrawLevelFull);
 BENCHMARK(BM_Memcpy1MiB);
 
-// The console report, plus the ratio of the two benchmarks from the fastest run of each (the
-// machine may be shared, and the fastest run is the one least disturbed).
-class RatioReporter : public benchmark::ConsoleReporter {
-public:
-    void ReportRuns(const std::vector<Run> &runs) override {
-        ConsoleReporter::ReportRuns(runs);
-        for (const Run &run : runs) {
-            // With only aggregates reported, the median stands in for the runs.
-            const bool median = run.run_type == Run::RT_Aggregate && run.aggregate_name == "median";
-            if ((run.run_type != Run::RT_Iteration && !median) || run.error_occurred)
-                continue;
-            const std::string name = run.run_name.function_name;
-            const double cpu = run.GetAdjustedCPUTime();
-            auto [it, inserted] = fastest_.try_emplace(name, cpu);
-            if (!inserted)
-                it->second = std::min(it->second, cpu);
-        }
-    }
-
-    void Finalize() override {
-        ConsoleReporter::Finalize();
-        const auto draw = fastest_.find("BM_DrawLevelFull");
-        const auto copy = fastest_.find("BM_Memcpy1MiB");
-        if (draw == fastest_.end() || copy == fastest_.end() || copy->second <= 0)
-            return;
-        std::printf("drawLevel %.1f us, memcpy 1 MiB %.1f us, ratio %.2f (CPU time)\n",
-                    draw->second / 1000.0, copy->second / 1000.0, draw->second / copy->second);
-    }
-
-private:
-    std::map<std::string, double> fastest_;
-};
-
 } // namespace
 
 int main(int argc, char **argv) {
-    QGuiApplication app(argc, argv); // the tileset is a QImage from the resources
+    qputenv("QT_QPA_PLATFORM", "offscreen"); // no window: the tileset is a QImage
+    QGuiApplication app(argc, argv);
     benchmark::Initialize(&argc, argv);
     if (benchmark::ReportUnrecognizedArguments(argc, argv))
         return 1;
-    RatioReporter reporter;
+    RatioReporter reporter("BM_DrawLevelFull", "BM_Memcpy1MiB", 1.5, RatioReporter::Clock::Cpu);
     benchmark::RunSpecifiedBenchmarks(&reporter);
     benchmark::Shutdown();
-    return 0;
+    return reporter.withinLimit() ? 0 : 1;
 }
