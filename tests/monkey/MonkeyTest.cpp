@@ -20,6 +20,9 @@
 // one seed only, to replay a failure.
 class MonkeyTest : public QObject {
     Q_OBJECT
+public:
+    MonkeyTest();
+
 private slots:
     void initTestCase();
     void walk_data();
@@ -53,6 +56,14 @@ bool writeFile(const QString &path, const QByteArray &bytes) {
 }
 
 } // namespace
+
+// QtTest stops a test function after five minutes; a long walk is given time by its length.
+MonkeyTest::MonkeyTest() {
+    constexpr qint64 MillisecondsPerAction = 20; // ten times a sanitized build's pace
+    const qint64 needed = MillisecondsPerAction * environmentNumber("KST_MONKEY_ACTIONS", 0);
+    if (needed > 300000 && !qEnvironmentVariableIsSet("QTEST_FUNCTION_TIMEOUT"))
+        qputenv("QTEST_FUNCTION_TIMEOUT", QByteArray::number(needed));
+}
 
 void MonkeyTest::initTestCase() {
     // The walk closes its window now and then and opens a new one.
