@@ -7,11 +7,10 @@
 #include <functional>
 #include <random>
 
-// Answers every question of the editor with a choice drawn from the walk's own generator, at
-// the moment it is asked, and records the answers so the walk can tell what the user chose.
-// The save prompt gets Yes, No or Cancel; every other message its only button, OK. File names
-// come from the walk's name makers; a popup gets one of its items or is dismissed; a modal
-// window is closed at once.
+// Answers every question at the moment it is asked with a choice drawn from the walk's own
+// generator, so a seed replays the same walk, and records the answers since the last forget().
+// The save prompt gets Yes, No or Cancel, other messages OK; a popup gets one of its items or is
+// dismissed (""); a modal window is closed at once.
 class MonkeyDialogs : public ScriptedDialogs {
 public:
     explicit MonkeyDialogs(std::mt19937 &random) : random_(random) {
@@ -21,11 +20,10 @@ public:
     std::function<QString()> makeSaveName;
     std::function<QString()> makeOpenName;
 
-    // What was answered since the last forget().
     QList<QMessageBox::StandardButton> promptAnswers;
-    QStringList givenSaveNames; // "" for a cancelled dialog
-    QStringList givenOpenNames;
-    QStringList popupChoices; // object names; "" for a dismissed popup
+    QStringList saveNames; // "" for a cancelled dialog
+    QStringList openNames;
+    QStringList popupChoices;
 
     void forget() {
         messages.clear();
@@ -34,33 +32,32 @@ public:
         popups.clear();
         modalCount = 0;
         promptAnswers.clear();
-        givenSaveNames.clear();
-        givenOpenNames.clear();
+        saveNames.clear();
+        openNames.clear();
         popupChoices.clear();
     }
 
     QMessageBox::StandardButton message(const QString &text, const QString &title,
                                         QMessageBox::Icon icon,
                                         QMessageBox::StandardButtons buttons) override {
-        const auto prompt = QMessageBox::Yes | QMessageBox::No | QMessageBox::Cancel;
-        if (buttons == prompt) {
-            static constexpr QMessageBox::StandardButton Choices[] = {
-                QMessageBox::Yes, QMessageBox::No, QMessageBox::Cancel};
-            messageAnswers.enqueue(Choices[pick(3)]);
-            promptAnswers.append(messageAnswers.head());
+        if (buttons == (QMessageBox::Yes | QMessageBox::No | QMessageBox::Cancel)) {
+            constexpr QMessageBox::StandardButton Choices[] = {QMessageBox::Yes, QMessageBox::No,
+                                                               QMessageBox::Cancel};
+            promptAnswers.append(Choices[pick(3)]);
+            messageAnswers.enqueue(promptAnswers.last());
         }
         return ScriptedDialogs::message(text, title, icon, buttons);
     }
 
     QString saveFileName(const QString &title, const QString &filter, const QString &dir) override {
-        givenSaveNames.append(makeSaveName ? makeSaveName() : QString());
-        saveAnswers.enqueue(givenSaveNames.last());
+        saveNames.append(makeSaveName());
+        saveAnswers.enqueue(saveNames.last());
         return ScriptedDialogs::saveFileName(title, filter, dir);
     }
 
     QString openFileName(const QString &title, const QString &filter, const QString &dir) override {
-        givenOpenNames.append(makeOpenName ? makeOpenName() : QString());
-        openAnswers.enqueue(givenOpenNames.last());
+        openNames.append(makeOpenName());
+        openAnswers.enqueue(openNames.last());
         return ScriptedDialogs::openFileName(title, filter, dir);
     }
 
@@ -69,8 +66,7 @@ public:
         for (QAction *action : menu.actions())
             if (!action->isSeparator())
                 items.append(action->objectName());
-        // One chance in (items + 1) that the user clicks beside the menu.
-        const int choice = pick(static_cast<int>(items.size()) + 1);
+        const int choice = pick(static_cast<int>(items.size()) + 1); // + a click beside it
         popupChoices.append(choice < items.size() ? items[choice] : QString());
         popupAnswers.enqueue(popupChoices.last());
         return ScriptedDialogs::popup(menu, globalPos);

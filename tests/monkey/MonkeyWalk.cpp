@@ -1,15 +1,105 @@
-#include "MonkeyShared.h"
+#include "MonkeyWalk.h"
 #include "WindowInvariants.h"
+
+#include "analysis/HolesAndGuards.h"
+#include "levelset/LevelsetFile.h"
 #include "shell/frmMain.h"
+#include "view/LevelView.h"
 #include "view/Marker.h"
 
-#include <QAction>
+#include <QApplication>
+#include <QFile>
+#include <QFileInfo>
+#include <QLabel>
 #include <QTest>
+#include <QToolBar>
 
-// The walk itself: its window, one step, and what it counted.
+// The walk itself and its commands: menu items, toolbar buttons and shortcut keys, the course
+// the file commands must take with the answers given, and what every other command must do.
 
 namespace {
-constexpr int RecentKept = 12;
+
+enum Command {
+    New,
+    Open,
+    Save,
+    SaveAs,
+    Exit,
+    Close,
+    ViewStart,
+    ViewFinish,
+    ViewPut,
+    ViewTake,
+    DecreaseWidth,
+    IncreaseWidth,
+    DecreaseHeight,
+    IncreaseHeight,
+    Remove,
+    Add,
+    Previous,
+    Next,
+    Mode0,
+    Mode1,
+    Mode2,
+    Mode3,
+    SetFloor,
+    Enemies,
+    Pickups,
+    Doors,
+    About,
+    CommandCount
+};
+
+struct CommandEntry {
+    const char *menuItem; // null for the close box
+    const char *toolbarKey;
+    QKeyCombination shortcut;
+};
+
+const CommandEntry Commands[CommandCount] = {
+    {"mnuFileNew", "New", Qt::CTRL | Qt::Key_N},
+    {"mnuFileOpen", "Open", Qt::CTRL | Qt::Key_O},
+    {"mnuFileSave", "Save", Qt::CTRL | Qt::Key_S},
+    {"mnuFileSaveAs", nullptr, {}},
+    {"mnuFileExit", nullptr, {}},
+    {nullptr, nullptr, {}},
+    {"mnuViewStart", nullptr, {}},
+    {"mnuViewFinish", nullptr, {}},
+    {"mnuViewBlockPut", nullptr, {}},
+    {"mnuViewBlockTake", nullptr, {}},
+    {"mnuLevelDecreaseWidth", "DWidth", Qt::Key_F1},
+    {"mnuLevelIncreaseWidth", "IWidth", Qt::Key_F2},
+    {"mnuLevelDecreaseHeight", "DHeight", Qt::Key_F3},
+    {"mnuLevelIncreaseHeight", "IHeight", Qt::Key_F4},
+    {"mnuLevelRemove", "RemoveLevel", Qt::Key_F5},
+    {"mnuLevelAdd", "AddLevel", Qt::Key_F6},
+    {"mnuLevelPrevious", "PreviousLevel", Qt::Key_F7},
+    {"mnuLevelNext", "NextLevel", Qt::Key_F8},
+    {"mnuToolsMouseChoice0", nullptr, {}},
+    {"mnuToolsMouseChoice1", nullptr, {}},
+    {"mnuToolsMouseChoice2", nullptr, {}},
+    {"mnuToolsMouseChoice3", nullptr, {}},
+    {"mnuToolsSetFloor", nullptr, Qt::CTRL | Qt::Key_F},
+    {"mnuToolsEnemies", nullptr, Qt::CTRL | Qt::Key_E},
+    {"mnuToolsPickups", nullptr, Qt::CTRL | Qt::Key_P},
+    {"mnuToolsDoors", nullptr, Qt::CTRL | Qt::Key_D},
+    {"mnuHelpAbout", "About", Qt::Key_F12},
+};
+
+const QString InvalidNameText = QStringLiteral(
+    "Invalid file name! Must be of the format: zkstl???.kst, where ??? is the Levelset name.");
+
+// Everything a save would store, wherever it goes, and the levels past the count.
+bool sameLevelset(const Levelset &a, const Levelset &b) {
+    return writeLevelset(a, UntitledPath) == writeLevelset(b, UntitledPath) &&
+           a.levels == b.levels && a.currentLevel == b.currentLevel;
+}
+
+std::array<bool, 4> viewItems(const frmMain &w) {
+    return {w.mnuViewStart->isChecked(), w.mnuViewFinish->isChecked(),
+            w.mnuViewBlockPut->isChecked(), w.mnuViewBlockTake->isChecked()};
+}
+
 } // namespace
 
 MonkeyWalk::MonkeyWalk(std::uint32_t seed) : random_(seed) {
@@ -32,36 +122,22 @@ void MonkeyWalk::openWindow() {
     window_->activateWindow();
     // Shortcut keys reach an active window only; they are left out while it is not.
     if (!QTest::qWaitForWindowActive(window_.get(), 1000))
-        count(QStringLiteral("inactive window"));
+        ++statistics_[QStringLiteral("inactive window")];
     expectedPath_ = UntitledPath;
 }
 
-MonkeyWalk::Before MonkeyWalk::snapshot() const {
-    const frmMain &w = *window_;
-    return {w.levelset,
-            w.selectedTile,
-            w.rightButtonMode,
-            w.levelCursor->pos(),
-            {w.mnuViewStart->isChecked(), w.mnuViewFinish->isChecked(),
-             w.mnuViewBlockPut->isChecked(), w.mnuViewBlockTake->isChecked()}};
-}
-
 QString MonkeyWalk::brokenRule() const {
-    if (QString broken = brokenInvariant(*window_, expectedPath_); !broken.isEmpty())
-        return broken;
-    return folder_.check();
+    const QString broken = brokenInvariant(*window_, expectedPath_);
+    return broken.isEmpty() ? folder_.check() : broken;
 }
 
 QString MonkeyWalk::step() {
-    ++actionIndex_;
     dialogs_.forget();
-    saveNamesUsed_ = invalidNameMessages_ = refusals_ = 0;
-
     QString description;
     QString fault;
     const int kind = pick(100);
     if (kind < 30)
-        fault = commandAction(description);
+        fault = command(description);
     else if (kind < 62)
         fault = levelStroke(description);
     else if (kind < 70)
@@ -72,15 +148,14 @@ QString MonkeyWalk::step() {
         fault = typing(description);
     else
         fault = optionClick(description);
+    ++statistics_[description.section(u' ', 0, 0)];
 
-    recent_.append(QStringLiteral("#%1 %2").arg(actionIndex_).arg(description));
-    if (recent_.size() > RecentKept)
+    recent_.append(QStringLiteral("#%1 %2").arg(++actionIndex_).arg(description));
+    if (recent_.size() > 12)
         recent_.removeFirst();
     if (fault.isEmpty() && !window_->isVisible())
         fault = QStringLiteral("the window closed");
-    if (fault.isEmpty())
-        fault = brokenRule();
-    return fault;
+    return fault.isEmpty() ? brokenRule() : fault;
 }
 
 QString MonkeyWalk::statistics() const {
@@ -88,4 +163,254 @@ QString MonkeyWalk::statistics() const {
     for (auto it = statistics_.cbegin(); it != statistics_.cend(); ++it)
         lines.append(QStringLiteral("%1: %2").arg(it.key()).arg(it.value()));
     return lines.join(QStringLiteral(", "));
+}
+
+QString MonkeyWalk::command(QString &description) {
+    // The window is closed seldom, so that levelsets grow between fresh starts.
+    int c = pick(CommandCount);
+    if ((c == Close || c == Exit) && pick(4) != 0)
+        c = pick(CommandCount);
+    const CommandEntry &entry = Commands[c];
+    const Levelset before = window_->levelset;
+    const std::array<bool, 4> viewBefore = viewItems(*window_);
+    frmMain &w = *window_;
+    const int route = pick(3);
+    if (c == Close) {
+        description = QStringLiteral("close the window");
+        w.close();
+    } else if (route == 1 && entry.toolbarKey) {
+        description = QStringLiteral("toolbar %1").arg(QLatin1StringView(entry.toolbarKey));
+        QAction *button = w.findChild<QAction *>(QLatin1StringView(entry.toolbarKey));
+        QTest::mouseClick(w.tbToolBar->widgetForAction(button), Qt::LeftButton);
+    } else if (route == 2 && entry.shortcut != QKeyCombination() &&
+               QApplication::activeWindow() == &w) {
+        description = QStringLiteral("key %1").arg(QKeySequence(entry.shortcut).toString());
+        w.picLevel->setFocus(); // a focused text field would take some Ctrl keys itself
+        QTest::keyClick(&w, entry.shortcut.key(), entry.shortcut.keyboardModifiers());
+    } else {
+        description = QStringLiteral("menu %1").arg(QLatin1StringView(entry.menuItem));
+        w.findChild<QAction *>(QLatin1StringView(entry.menuItem))->trigger();
+    }
+    if (c > Close)
+        return checkCommand(c, before, viewBefore);
+
+    QStringList answers;
+    for (auto a : std::as_const(dialogs_.promptAnswers))
+        answers.append(a == QMessageBox::Yes ? "Yes" : a == QMessageBox::No ? "No" : "Cancel");
+    for (const QString &name : std::as_const(dialogs_.saveNames))
+        answers.append(QStringLiteral("save \"%1\"").arg(name));
+    for (const QString &name : std::as_const(dialogs_.openNames))
+        answers.append(QStringLiteral("open \"%1\"").arg(name));
+    description += QStringLiteral(" [%1]").arg(answers.join(QStringLiteral(", ")));
+    return fileCommand(c, before);
+}
+
+QString MonkeyWalk::checkCommand(int c, const Levelset &before, std::array<bool, 4> viewBefore) {
+    const frmMain &w = *window_;
+    const Levelset &now = w.levelset;
+    Levelset expected = before;
+    LevelRecord &level = expected.current();
+    const int n = before.levelCount;
+    const int current = before.currentLevel;
+    int messages = 0;
+    bool onlyList = false;  // the commands that remake or add levels
+    bool onlyTiles = false; // showing a level may store a foreign level or alien type as shown
+    switch (c) {
+    case ViewStart:
+    case ViewFinish:
+    case ViewPut:
+    case ViewTake:
+        viewBefore[c - ViewStart] = !viewBefore[c - ViewStart];
+        if (viewItems(w) != viewBefore)
+            return QStringLiteral("%1 did not toggle its check mark alone")
+                .arg(QLatin1StringView(Commands[c].menuItem));
+        break;
+    case DecreaseWidth:
+    case IncreaseWidth:
+    case DecreaseHeight:
+    case IncreaseHeight: {
+        const bool width = c < DecreaseHeight;
+        std::uint8_t &size = level.header[width ? LevelRecord::Width : LevelRecord::Height];
+        if (c == IncreaseWidth || c == IncreaseHeight)
+            size += size < LevelRecord::GridSize;
+        else
+            size -= size > (width ? LevelRecord::MinWidth : LevelRecord::MinHeight);
+        break;
+    }
+    case Remove:
+        expected.levelCount = n > 1 && current + 1 < n ? n - 1 : n;
+        onlyList = true;
+        break;
+    case Add:
+        expected.levelCount = std::min(n + 1, Levelset::MaxLevels);
+        onlyList = true;
+        break;
+    case Previous:
+    case Next: {
+        const int to = current + (c == Next ? 1 : -1);
+        expected.currentLevel = to >= 0 && to < n ? to : current;
+        onlyTiles = true;
+        if (expected.currentLevel != current && w.levelCursor->pos().x() != 0)
+            return QStringLiteral("levelCursor not at the left edge after a level change");
+        break;
+    }
+    case Mode0:
+    case Mode1:
+    case Mode2:
+    case Mode3:
+        if (w.rightButtonMode != c - Mode0)
+            return QStringLiteral("rightButtonMode %1 after %2")
+                .arg(w.rightButtonMode)
+                .arg(QLatin1StringView(Commands[c].menuItem));
+        break;
+    case SetFloor: {
+        const int type = level.header[LevelRecord::LevelType];
+        for (std::uint8_t &tile : level.tiles)
+            if (type < 2 && tile == 1 - type)
+                tile = static_cast<std::uint8_t>(type);
+        break;
+    }
+    case Enemies:
+    case Pickups:
+    case Doors:
+        messages = 1;
+        if (!dialogs_.messages.isEmpty() && dialogs_.messages[0].icon != QMessageBox::Information)
+            return QStringLiteral("a count shown without the information icon");
+        break;
+    default:
+        break;
+    }
+    if (now.levelCount != expected.levelCount || now.currentLevel != expected.currentLevel)
+        return QStringLiteral("after %1: %2 levels, level %3 current; expected %4 and %5")
+            .arg(QLatin1StringView(Commands[c].menuItem))
+            .arg(now.levelCount)
+            .arg(now.currentLevel)
+            .arg(expected.levelCount)
+            .arg(expected.currentLevel);
+    bool right = onlyList || onlyTiles || sameLevelset(now, expected);
+    for (int i = 0; onlyTiles && i < Levelset::MaxLevels; ++i)
+        right = right && now.levels[i].tiles == before.levels[i].tiles;
+    if (!right)
+        return QStringLiteral("%1 on a %2 x %3 level of type %4 left the levelset wrong")
+            .arg(QLatin1StringView(Commands[c].menuItem))
+            .arg(before.current().width())
+            .arg(before.current().height())
+            .arg(before.current().header[LevelRecord::LevelType]);
+    if (dialogs_.messages.size() != messages || dialogs_.modalCount != (c == About) ||
+        !dialogs_.saveQuestions.isEmpty() || !dialogs_.openQuestions.isEmpty())
+        return QStringLiteral("%1 messages, %2 modal windows and %3 file dialogs shown")
+            .arg(dialogs_.messages.size())
+            .arg(dialogs_.modalCount)
+            .arg(dialogs_.saveQuestions.size() + dialogs_.openQuestions.size());
+    return {};
+}
+
+QString MonkeyWalk::fileCommand(int c, const Levelset &before) {
+    const frmMain &w = *window_;
+    const bool prompts = c != Save && c != SaveAs;
+    if (dialogs_.promptAnswers.size() != (prompts ? 1 : 0))
+        return QStringLiteral("the save prompt was asked %1 times")
+            .arg(dialogs_.promptAnswers.size());
+    const auto answer = prompts ? dialogs_.promptAnswers[0] : QMessageBox::Yes;
+    saveNamesUsed_ = invalidNames_ = refusals_ = 0;
+    if (answer == QMessageBox::Yes)
+        if (QString fault = expectSave(before, c == SaveAs, !prompts); !fault.isEmpty())
+            return fault;
+    if (saveNamesUsed_ != dialogs_.saveNames.size())
+        return QStringLiteral("the save dialog was shown %1 times, %2 expected")
+            .arg(dialogs_.saveNames.size())
+            .arg(saveNamesUsed_);
+    const auto messagesWith = [this](auto matches) {
+        return std::count_if(dialogs_.messages.cbegin(), dialogs_.messages.cend(), matches);
+    };
+    const auto invalid = messagesWith(
+        [](const auto &m) { return m.text == InvalidNameText && m.icon == QMessageBox::Warning; });
+    const auto refused = messagesWith([](const auto &m) {
+        return m.title == QStringLiteral("Error!") && m.icon == QMessageBox::Critical;
+    });
+    if (invalid != invalidNames_ || refused != refusals_ ||
+        dialogs_.messages.size() != invalid + refused + prompts)
+        return QStringLiteral("%1 invalid-name and %2 refusal messages of %3, expected %4 and %5")
+            .arg(invalid)
+            .arg(refused)
+            .arg(dialogs_.messages.size())
+            .arg(invalidNames_)
+            .arg(refusals_);
+
+    const Levelset &now = w.levelset;
+    const QString opened = dialogs_.openNames.value(0);
+    if (!prompts || answer == QMessageBox::Cancel || (c == Open && opened.isEmpty())) {
+        if (!sameLevelset(now, before))
+            return QStringLiteral("the levelset changed although nothing was to replace it");
+        return {};
+    }
+    if (c == Exit || c == Close) {
+        if (w.isVisible())
+            return QStringLiteral("the window stayed open after the prompt");
+        ++statistics_[QStringLiteral("reopened")];
+        openWindow();
+        return {};
+    }
+    const bool readsFile = c == Open && QFileInfo(opened).isFile();
+    expectedPath_ = c == New ? UntitledPath : opened;
+    if (!readsFile && !sameLevelset(now, Levelset()))
+        return QStringLiteral("%1 did not leave a fresh levelset").arg(c == New ? "New" : opened);
+    if (now.currentLevel != 0)
+        return QStringLiteral("Open left level %1 current").arg(now.currentLevel);
+    statistics_[QStringLiteral("opened")] += readsFile;
+    if (!readsFile || !folder_.writtenBySave(opened))
+        return {};
+    // A file this walk saved reads back as saved, but for showing the first level: its options
+    // store a foreign level type as 1 and a foreign alien type as 4.
+    QFile saved(opened);
+    saved.open(QIODevice::ReadOnly);
+    QByteArray expectedBytes = saved.readAll();
+    const QByteArray reread = writeLevelset(now, opened);
+    constexpr int LevelType = LevelsetFilePrologueSize + LevelRecord::LevelType;
+    constexpr int AlienType = LevelsetFilePrologueSize + LevelRecord::AlienType;
+    if (expectedBytes.size() > AlienType && reread.size() > AlienType) {
+        const auto alienType = static_cast<std::uint8_t>(expectedBytes[AlienType]);
+        if (static_cast<std::uint8_t>(expectedBytes[LevelType]) > 1 && reread[LevelType] == 1)
+            expectedBytes[LevelType] = 1;
+        if (alienType != 3 && alienType != 4 && reread[AlienType] == 4)
+            expectedBytes[AlienType] = 4;
+    }
+    if (reread != expectedBytes)
+        return QStringLiteral("%1 did not read back as it was saved").arg(opened);
+    return {};
+}
+
+// The course of Save (or Save As) for the levelset as it was before the command: the save
+// dialog until a name follows the rule, the check that refuses a crowded level, the writer.
+QString MonkeyWalk::expectSave(const Levelset &before, bool forceDialog, bool statusShown) {
+    QString target;
+    if (!forceDialog && expectedPath_ != UntitledPath)
+        target = MonkeyFolder::writtenForm(expectedPath_);
+    while (target.isEmpty()) {
+        if (saveNamesUsed_ >= dialogs_.saveNames.size())
+            return QStringLiteral("the save dialog was not shown again");
+        const QString name = dialogs_.saveNames[saveNamesUsed_++];
+        if (name.isEmpty())
+            return {};
+        if (folder_.followsNameRule(name))
+            target = MonkeyFolder::writtenForm(name);
+        else
+            ++invalidNames_;
+    }
+    if (checkHolesAndGuards(before) != 0) {
+        ++refusals_;
+        ++statistics_[QStringLiteral("save refused")];
+        return {};
+    }
+    expectedPath_ = target;
+    const MonkeyFolder::SaveOutcome outcome =
+        folder_.noteSave(target, writeLevelset(before, target));
+    ++statistics_[outcome.written ? QStringLiteral("saved") : QStringLiteral("save failed")];
+    const QString status = window_->statusText->text();
+    if (!outcome.fault.isEmpty())
+        return outcome.fault;
+    if (statusShown && (outcome.written ? status != QStringLiteral("Saved ") + target
+                                        : !status.startsWith(QStringLiteral("Could not write "))))
+        return QStringLiteral("status \"%1\" after saving %2").arg(status, target);
+    return {};
 }

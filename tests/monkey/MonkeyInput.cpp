@@ -1,0 +1,314 @@
+#include "MonkeyWalk.h"
+
+#include "analysis/TileCatalogue.h"
+#include "levels/PropertiesPanel.h"
+#include "levelset/LevelsetFile.h"
+#include "shell/frmMain.h"
+#include "view/LevelView.h"
+#include "view/Marker.h"
+#include "view/TilePalette.h"
+
+#include <QApplication>
+#include <QLabel>
+#include <QLineEdit>
+#include <QMouseEvent>
+#include <QRadioButton>
+#include <QTest>
+
+// Mouse strokes on the level view, clicks and drags on the palette, typing into the panel and
+// clicking its options, and what each may change.
+
+namespace {
+
+constexpr int Cell = 16;
+
+QString where(QPoint p) {
+    return QStringLiteral("(%1, %2)").arg(p.x()).arg(p.y());
+}
+
+// The tiles a right-button mode writes: the wall, inside and outside families.
+bool inFamily(int mode, int tile) {
+    return (mode == 1 && tile >= 89 && tile <= 97) || (mode == 2 && tile >= 10 && tile <= 13) ||
+           (mode == 3 && tile >= 7 && tile <= 9);
+}
+
+// QTest takes the point (0, 0) for "the widget's centre"; (0, 1) lies in the same cell.
+QPoint notCentre(QPoint p) {
+    return p.isNull() ? QPoint(0, 1) : p;
+}
+
+// Mostly over the level and its near edges, sometimes anywhere on the view and, while a button
+// is held, far outside it.
+QPoint strokePoint(std::mt19937 &random, const LevelRecord &level, QPoint near, bool mayLeave) {
+    const auto in = [&](int low, int high) {
+        return std::uniform_int_distribution<int>(low, high)(random);
+    };
+    switch (in(0, 5)) {
+    case 0:
+        return notCentre({in(0, 511), in(0, 511)});
+    case 1:
+        if (mayLeave)
+            return notCentre({in(-300, 812), in(-300, 812)});
+        [[fallthrough]];
+    case 2:
+        return notCentre({in(-20, Cell * level.width() + 20), in(-20, Cell * level.height() + 20)});
+    default:
+        return notCentre(near + QPoint(in(-24, 24), in(-24, 24)));
+    }
+}
+
+Qt::KeyboardModifiers anyModifiers(std::mt19937 &random) {
+    static constexpr Qt::KeyboardModifier Choices[] = {
+        Qt::NoModifier, Qt::NoModifier, Qt::ShiftModifier, Qt::ControlModifier, Qt::AltModifier};
+    return Choices[std::uniform_int_distribution<int>(0, 4)(random)];
+}
+
+// The levels other than the current one, the count and the passcodes are as they were.
+bool onlyCurrentLevelChanged(const Levelset &now, const Levelset &before) {
+    Levelset expected = before;
+    expected.current() = now.current();
+    return writeLevelset(now, UntitledPath) == writeLevelset(expected, UntitledPath) &&
+           now.levels == expected.levels && now.currentLevel == before.currentLevel;
+}
+
+} // namespace
+
+QString MonkeyWalk::levelCursorInside(QPoint before) const {
+    const QPoint cursor = window_->levelCursor->pos();
+    if (cursor != before &&
+        !window_->levelset.current().contains(cursor.x() / Cell, cursor.y() / Cell))
+        return QStringLiteral("levelCursor moved to %1, outside the level").arg(where(cursor));
+    return {};
+}
+
+QString MonkeyWalk::levelStroke(QString &description) {
+    frmMain &w = *window_;
+    const Levelset before = w.levelset;
+    const LevelRecord &level = before.current();
+    const int mode = w.rightButtonMode;
+    const int selected = w.selectedTile;
+    const QPoint cursorBefore = w.levelCursor->pos();
+    const Qt::KeyboardModifiers modifiers = anyModifiers(random_);
+    static constexpr Qt::MouseButton Buttons[] = {Qt::LeftButton, Qt::LeftButton, Qt::RightButton,
+                                                  Qt::RightButton, Qt::MiddleButton};
+    QList<Qt::MouseButton> held;
+    QList<QPoint> rightPresses;
+    bool leftUsed = false;
+    QPoint at = strokePoint(random_, level, {}, false);
+    QStringList steps;
+    const auto press = [&](Qt::MouseButton button) {
+        held.append(button);
+        leftUsed |= button == Qt::LeftButton;
+        if (button == Qt::RightButton)
+            rightPresses.append(at);
+        steps.append(QStringLiteral("press %1 at %2").arg(int(button)).arg(where(at)));
+        QTest::mousePress(w.picLevel, button, modifiers, at);
+    };
+    press(Buttons[pick(std::size(Buttons))]);
+    for (int moves = pick(8); moves > 0; --moves) {
+        at = strokePoint(random_, level, at, true);
+        steps.append(QStringLiteral("move %1").arg(where(at)));
+        QTest::mouseMove(w.picLevel, at);
+        if (const auto second = Buttons[pick(std::size(Buttons))];
+            held.size() == 1 && pick(10) == 0 && second != held[0])
+            press(second);
+    }
+    while (!held.isEmpty()) {
+        steps.append(QStringLiteral("release %1").arg(int(held.last())));
+        QTest::mouseRelease(w.picLevel, held.takeLast(), modifiers, at);
+    }
+    description = QStringLiteral("level stroke, mode %1, tile %2, modifiers %3: %4")
+                      .arg(mode)
+                      .arg(selected)
+                      .arg(int(modifiers))
+                      .arg(steps.join(QStringLiteral(", ")));
+
+    // In the Set Positions mode each right press on a cell of the level opens the level popup,
+    // and the chosen item stores that cell.
+    LevelRecord expected = level;
+    int popups = 0;
+    for (const QPoint p : std::as_const(rightPresses)) {
+        const int x = p.x() / Cell; // toward zero, as the view rounds
+        const int y = p.y() / Cell;
+        if (mode != 0 || !level.contains(x, y))
+            continue;
+        const QString choice = dialogs_.popupChoices.value(popups++, QStringLiteral("none"));
+        description += QStringLiteral(" [popup %1]").arg(choice);
+        static const QMap<QString, LevelRecord::HeaderByte> Positions = {
+            {QStringLiteral("mnuLevelPopUpStart"), LevelRecord::StartX},
+            {QStringLiteral("mnuLevelPopUpFinish"), LevelRecord::FinishX},
+            {QStringLiteral("mnuLevelPopUpPut"), LevelRecord::PutX},
+            {QStringLiteral("mnuLevelPopUpTake"), LevelRecord::TakeX},
+        };
+        if (const auto it = Positions.constFind(choice); it != Positions.cend()) {
+            expected.header[*it] = static_cast<std::uint8_t>(x);
+            expected.header[*it + 1] = static_cast<std::uint8_t>(y);
+        }
+    }
+    const LevelRecord &now = w.levelset.current();
+    if (dialogs_.popupChoices.size() != popups || !dialogs_.messages.isEmpty())
+        return QStringLiteral("%1 level popups (%2 expected) and %3 messages")
+            .arg(dialogs_.popupChoices.size())
+            .arg(popups)
+            .arg(dialogs_.messages.size());
+    if (!onlyCurrentLevelChanged(w.levelset, before))
+        return QStringLiteral("a stroke changed more than its level");
+    if (now.header != expected.header)
+        return QStringLiteral("the header after the stroke is not what the popup chose");
+    for (int x = 0; x < LevelRecord::GridSize; ++x)
+        for (int y = 0; y < LevelRecord::GridSize; ++y)
+            if (const int is = now.tile(x, y); is != level.tile(x, y)) {
+                if (!level.contains(x, y))
+                    return QStringLiteral("cell (%1, %2) outside the %3 x %4 level was written")
+                        .arg(x)
+                        .arg(y)
+                        .arg(level.width())
+                        .arg(level.height());
+                if (!(leftUsed && is == selected) &&
+                    !(!rightPresses.isEmpty() && inFamily(mode, is)))
+                    return QStringLiteral("cell (%1, %2) became %3").arg(x).arg(y).arg(is);
+            }
+    return levelCursorInside(cursorBefore);
+}
+
+QString MonkeyWalk::levelHover(QString &description) {
+    const Levelset before = window_->levelset;
+    const QPoint cursorBefore = window_->levelCursor->pos();
+    QPoint at;
+    description = QStringLiteral("hover");
+    for (int moves = 1 + pick(5); moves > 0; --moves) {
+        at = strokePoint(random_, before.current(), at, false);
+        description += u' ' + where(at);
+        QMouseEvent move(QEvent::MouseMove, at, window_->picLevel->mapToGlobal(at), Qt::NoButton,
+                         Qt::NoButton, anyModifiers(random_));
+        QApplication::sendEvent(window_->picLevel, &move);
+    }
+    if (window_->levelset.levels != before.levels || !dialogs_.messages.isEmpty())
+        return QStringLiteral("moving the pointer with no button held changed the levelset");
+    return levelCursorInside(cursorBefore);
+}
+
+QString MonkeyWalk::paletteClick(QString &description) {
+    frmMain &w = *window_;
+    const Levelset before = w.levelset;
+    const int selectedBefore = w.selectedTile;
+    static constexpr Qt::MouseButton Buttons[] = {Qt::LeftButton, Qt::LeftButton, Qt::RightButton,
+                                                  Qt::MiddleButton};
+    const Qt::MouseButton button = Buttons[pick(std::size(Buttons))];
+    QPoint at(pick(128), pick(512));
+    // Now and then an alien hole or a guard, so that some saves meet the check that refuses a
+    // level holding too many.
+    if (pick(10) == 0) {
+        static constexpr int Crowding[] = {Tile::AlienHole, Tile::AlienHoleOther,
+                                           Tile::SecurityGuard};
+        const int crowd = Crowding[pick(std::size(Crowding))];
+        at = QPoint(Cell * (crowd % 8) + pick(Cell), Cell * (crowd / 8) + pick(Cell));
+    }
+    const int id = 8 * (at.y() / Cell) + at.x() / Cell;
+    const bool placeable = id < 178;
+    at = notCentre(at);
+    const Qt::KeyboardModifiers modifiers = anyModifiers(random_);
+    description =
+        QStringLiteral("palette %1 at %2 (id %3)").arg(int(button)).arg(where(at)).arg(id);
+    if (pick(4) == 0) {
+        // The palette reads presses only: dragging across it or off it chooses nothing more.
+        QTest::mousePress(w.picTiles, button, modifiers, at);
+        for (int moves = 1 + pick(4); moves > 0; --moves) {
+            at = notCentre(QPoint(pick(400) - 150, pick(700) - 100));
+            QTest::mouseMove(w.picTiles, at);
+        }
+        QTest::mouseRelease(w.picTiles, button, modifiers, at);
+        description += QStringLiteral(", dragged to %1").arg(where(at));
+    } else {
+        QTest::mouseClick(w.picTiles, button, modifiers, at);
+    }
+
+    const int selected = button == Qt::LeftButton && placeable ? id : selectedBefore;
+    if (w.selectedTile != selected ||
+        w.statusText->text() != QStringLiteral("Tile: %1").arg(selected))
+        return QStringLiteral("selectedTile %1 and status \"%2\", expected tile %3")
+            .arg(w.selectedTile)
+            .arg(w.statusText->text())
+            .arg(selected);
+    const bool popupExpected = button == Qt::RightButton && placeable;
+    if (dialogs_.popupChoices.size() != popupExpected)
+        return QStringLiteral("%1 tile popups").arg(dialogs_.popupChoices.size());
+    Levelset expected = before;
+    if (popupExpected) {
+        const QString choice = dialogs_.popupChoices[0];
+        description += QStringLiteral(" [popup %1]").arg(choice);
+        if (choice == QStringLiteral("mnuTilePopUpPut"))
+            expected.current().header[LevelRecord::PutType] = static_cast<std::uint8_t>(id);
+        else if (choice == QStringLiteral("mnuTilePopUpTake"))
+            expected.current().header[LevelRecord::TakeType] = static_cast<std::uint8_t>(id);
+    }
+    if (w.levelset.levels != expected.levels)
+        return QStringLiteral("the levels are not what the palette click chose");
+    return {};
+}
+
+QString MonkeyWalk::typing(QString &description) {
+    frmMain &w = *window_;
+    const Levelset before = w.levelset;
+    const int which = pick(3);
+    QLineEdit *field =
+        std::array{w.panel->txtPasscode, w.panel->txtObjectives, w.panel->txtTime}[which];
+    description = QStringLiteral("typing into %1:").arg(field->objectName());
+    if (pick(3) == 0) {
+        if (pick(2)) {
+            QTest::keyClick(field, Qt::Key_A, Qt::ControlModifier);
+            QTest::keyClick(field, Qt::Key_Delete);
+            description += QStringLiteral(" select all, delete,");
+        } else {
+            QTest::keyClick(field, Qt::Key_End);
+            const int erase = pick(5);
+            for (int i = 0; i < erase; ++i)
+                QTest::keyClick(field, Qt::Key_Backspace);
+            description += QStringLiteral(" end, %1 backspaces,").arg(erase);
+        }
+    }
+    const QString characters =
+        which == 0 ? QStringLiteral("abcXYZ09 -!") : QStringLiteral("0123456789012345 -+x");
+    QString text;
+    for (int length = pick(5); length > 0; --length)
+        text += characters[pick(static_cast<int>(characters.size()))];
+    QTest::keyClicks(field, text);
+    description += QStringLiteral(" type \"%1\", shows \"%2\"").arg(text, field->text());
+
+    for (const auto &m : std::as_const(dialogs_.messages))
+        if (which == 0 || (m.text != QStringLiteral("Invalid character!") &&
+                           m.text != QStringLiteral("Invalid value! Must be between 0-255.")))
+            return QStringLiteral("typing into %1 showed \"%2\"").arg(field->objectName(), m.text);
+    // Typing changes its own header byte or passcode slot of the current level only.
+    Levelset expected = before;
+    const int current = expected.currentLevel;
+    if (which == 0 && current > 0)
+        expected.passcodes[current - 1] = w.levelset.passcodes[current - 1];
+    if (which > 0) {
+        const auto byte = which == 1 ? LevelRecord::Objectives : LevelRecord::Time;
+        expected.current().header[byte] = w.levelset.current().header[byte];
+    }
+    if (writeLevelset(expected, UntitledPath) != writeLevelset(w.levelset, UntitledPath) ||
+        expected.levels != w.levelset.levels)
+        return QStringLiteral("typing into %1 changed more than its own value")
+            .arg(field->objectName());
+    return {};
+}
+
+QString MonkeyWalk::optionClick(QString &description) {
+    frmMain &w = *window_;
+    Levelset expected = w.levelset;
+    QRadioButton *option = std::array{w.panel->optNormal, w.panel->optHatchery, w.panel->optWeak,
+                                      w.panel->optStrong}[pick(4)];
+    QTest::mouseClick(option, Qt::LeftButton);
+    description = QStringLiteral("click %1").arg(option->objectName());
+    for (const auto byte : {LevelRecord::LevelType, LevelRecord::AlienType})
+        expected.current().header[byte] = w.levelset.current().header[byte];
+    if (!option->isChecked())
+        return QStringLiteral("%1 is not selected after a click").arg(option->objectName());
+    if (!onlyCurrentLevelChanged(w.levelset, expected) || w.levelset.levels != expected.levels ||
+        !dialogs_.messages.isEmpty())
+        return QStringLiteral("clicking %1 changed more than the level's types")
+            .arg(option->objectName());
+    return {};
+}
