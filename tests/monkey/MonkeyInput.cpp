@@ -63,24 +63,10 @@ Qt::KeyboardModifiers anyModifiers(std::mt19937 &random) {
     return Choices[std::uniform_int_distribution<int>(0, 4)(random)];
 }
 
-// The levels other than the current one, the count and the passcodes are as they were.
-bool onlyCurrentLevelChanged(const Levelset &now, const Levelset &before) {
-    Levelset expected = before;
-    expected.current() = now.current();
-    return writeLevelset(now, UntitledPath) == writeLevelset(expected, UntitledPath) &&
-           now.levels == expected.levels && now.currentLevel == before.currentLevel;
-}
-
 } // namespace
 
-QString MonkeyWalk::levelCursorInside(QPoint before) const {
-    const QPoint cursor = window_->levelCursor->pos();
-    if (cursor != before &&
-        !window_->levelset.current().contains(cursor.x() / Cell, cursor.y() / Cell))
-        return QStringLiteral("levelCursor moved to %1, outside the level").arg(where(cursor));
-    return {};
-}
-
+// A stroke with buttons held (two at once now and then, past the view's edges), or pointer moves
+// with none held, as the platform delivers them.
 QString MonkeyWalk::levelStroke(QString &description) {
     frmMain &w = *window_;
     const Levelset before = w.levelset;
@@ -91,37 +77,42 @@ QString MonkeyWalk::levelStroke(QString &description) {
     const Qt::KeyboardModifiers modifiers = anyModifiers(random_);
     static constexpr Qt::MouseButton Buttons[] = {Qt::LeftButton, Qt::LeftButton, Qt::RightButton,
                                                   Qt::RightButton, Qt::MiddleButton};
+    const bool hover = pick(5) == 0;
     QList<Qt::MouseButton> held;
     QList<QPoint> rightPresses;
     bool leftUsed = false;
     QPoint at = strokePoint(random_, level, {}, false);
-    QStringList steps;
+    description = QStringLiteral("%1 in mode %2 with tile %3, modifiers %4:")
+                      .arg(hover ? "hover" : "stroke")
+                      .arg(mode)
+                      .arg(selected)
+                      .arg(int(modifiers));
     const auto press = [&](Qt::MouseButton button) {
         held.append(button);
         leftUsed |= button == Qt::LeftButton;
         if (button == Qt::RightButton)
             rightPresses.append(at);
-        steps.append(QStringLiteral("press %1 at %2").arg(int(button)).arg(where(at)));
+        description += QStringLiteral(" press %1").arg(int(button));
         QTest::mousePress(w.picLevel, button, modifiers, at);
     };
-    press(Buttons[pick(std::size(Buttons))]);
+    if (!hover)
+        press(Buttons[pick(std::size(Buttons))]);
     for (int moves = pick(8); moves > 0; --moves) {
-        at = strokePoint(random_, level, at, true);
-        steps.append(QStringLiteral("move %1").arg(where(at)));
-        QTest::mouseMove(w.picLevel, at);
+        at = strokePoint(random_, level, at, !hover);
+        description += QStringLiteral(" to ") + where(at);
+        if (hover) {
+            QMouseEvent move(QEvent::MouseMove, at, w.picLevel->mapToGlobal(at), Qt::NoButton,
+                             Qt::NoButton, modifiers);
+            QApplication::sendEvent(w.picLevel, &move);
+        } else {
+            QTest::mouseMove(w.picLevel, at);
+        }
         if (const auto second = Buttons[pick(std::size(Buttons))];
             held.size() == 1 && pick(10) == 0 && second != held[0])
             press(second);
     }
-    while (!held.isEmpty()) {
-        steps.append(QStringLiteral("release %1").arg(int(held.last())));
+    while (!held.isEmpty())
         QTest::mouseRelease(w.picLevel, held.takeLast(), modifiers, at);
-    }
-    description = QStringLiteral("level stroke, mode %1, tile %2, modifiers %3: %4")
-                      .arg(mode)
-                      .arg(selected)
-                      .arg(int(modifiers))
-                      .arg(steps.join(QStringLiteral(", ")));
 
     // In the Set Positions mode each right press on a cell of the level opens the level popup,
     // and the chosen item stores that cell.
@@ -147,11 +138,12 @@ QString MonkeyWalk::levelStroke(QString &description) {
     }
     const LevelRecord &now = w.levelset.current();
     if (dialogs_.popupChoices.size() != popups || !dialogs_.messages.isEmpty())
-        return QStringLiteral("%1 level popups (%2 expected) and %3 messages")
-            .arg(dialogs_.popupChoices.size())
-            .arg(popups)
-            .arg(dialogs_.messages.size());
-    if (!onlyCurrentLevelChanged(w.levelset, before))
+        return QString::asprintf("%d level popups (%d expected) and %d messages",
+                                 int(dialogs_.popupChoices.size()), popups,
+                                 int(dialogs_.messages.size()));
+    Levelset others = before;
+    others.current() = now;
+    if (!sameLevelset(w.levelset, others))
         return QStringLiteral("a stroke changed more than its level");
     if (now.header != expected.header)
         return QStringLiteral("the header after the stroke is not what the popup chose");
@@ -159,33 +151,16 @@ QString MonkeyWalk::levelStroke(QString &description) {
         for (int y = 0; y < LevelRecord::GridSize; ++y)
             if (const int is = now.tile(x, y); is != level.tile(x, y)) {
                 if (!level.contains(x, y))
-                    return QStringLiteral("cell (%1, %2) outside the %3 x %4 level was written")
-                        .arg(x)
-                        .arg(y)
-                        .arg(level.width())
-                        .arg(level.height());
+                    return QString::asprintf("cell (%d, %d) outside the %d x %d level was written",
+                                             x, y, level.width(), level.height());
                 if (!(leftUsed && is == selected) &&
                     !(!rightPresses.isEmpty() && inFamily(mode, is)))
-                    return QStringLiteral("cell (%1, %2) became %3").arg(x).arg(y).arg(is);
+                    return QString::asprintf("cell (%d, %d) became %d", x, y, is);
             }
-    return levelCursorInside(cursorBefore);
-}
-
-QString MonkeyWalk::levelHover(QString &description) {
-    const Levelset before = window_->levelset;
-    const QPoint cursorBefore = window_->levelCursor->pos();
-    QPoint at;
-    description = QStringLiteral("hover");
-    for (int moves = 1 + pick(5); moves > 0; --moves) {
-        at = strokePoint(random_, before.current(), at, false);
-        description += u' ' + where(at);
-        QMouseEvent move(QEvent::MouseMove, at, window_->picLevel->mapToGlobal(at), Qt::NoButton,
-                         Qt::NoButton, anyModifiers(random_));
-        QApplication::sendEvent(window_->picLevel, &move);
-    }
-    if (window_->levelset.levels != before.levels || !dialogs_.messages.isEmpty())
-        return QStringLiteral("moving the pointer with no button held changed the levelset");
-    return levelCursorInside(cursorBefore);
+    const QPoint cursor = w.levelCursor->pos();
+    if (cursor != cursorBefore && !now.contains(cursor.x() / Cell, cursor.y() / Cell))
+        return QStringLiteral("levelCursor moved to %1, outside the level").arg(where(cursor));
+    return {};
 }
 
 QString MonkeyWalk::paletteClick(QString &description) {
@@ -242,8 +217,8 @@ QString MonkeyWalk::paletteClick(QString &description) {
         else if (choice == QStringLiteral("mnuTilePopUpTake"))
             expected.current().header[LevelRecord::TakeType] = static_cast<std::uint8_t>(id);
     }
-    if (w.levelset.levels != expected.levels)
-        return QStringLiteral("the levels are not what the palette click chose");
+    if (!sameLevelset(w.levelset, expected))
+        return QStringLiteral("the levelset is not what the palette click chose");
     return {};
 }
 
@@ -288,8 +263,7 @@ QString MonkeyWalk::typing(QString &description) {
         const auto byte = which == 1 ? LevelRecord::Objectives : LevelRecord::Time;
         expected.current().header[byte] = w.levelset.current().header[byte];
     }
-    if (writeLevelset(expected, UntitledPath) != writeLevelset(w.levelset, UntitledPath) ||
-        expected.levels != w.levelset.levels)
+    if (!sameLevelset(w.levelset, expected))
         return QStringLiteral("typing into %1 changed more than its own value")
             .arg(field->objectName());
     return {};
@@ -304,11 +278,8 @@ QString MonkeyWalk::optionClick(QString &description) {
     description = QStringLiteral("click %1").arg(option->objectName());
     for (const auto byte : {LevelRecord::LevelType, LevelRecord::AlienType})
         expected.current().header[byte] = w.levelset.current().header[byte];
-    if (!option->isChecked())
-        return QStringLiteral("%1 is not selected after a click").arg(option->objectName());
-    if (!onlyCurrentLevelChanged(w.levelset, expected) || w.levelset.levels != expected.levels ||
-        !dialogs_.messages.isEmpty())
-        return QStringLiteral("clicking %1 changed more than the level's types")
+    if (!option->isChecked() || !dialogs_.messages.isEmpty() || !sameLevelset(w.levelset, expected))
+        return QStringLiteral("clicking %1 left it unselected or changed more than the types")
             .arg(option->objectName());
     return {};
 }

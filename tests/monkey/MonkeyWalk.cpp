@@ -19,36 +19,13 @@
 
 namespace {
 
+// clang-format off
 enum Command {
-    New,
-    Open,
-    Save,
-    SaveAs,
-    Exit,
-    Close,
-    ViewStart,
-    ViewFinish,
-    ViewPut,
-    ViewTake,
-    DecreaseWidth,
-    IncreaseWidth,
-    DecreaseHeight,
-    IncreaseHeight,
-    Remove,
-    Add,
-    Previous,
-    Next,
-    Mode0,
-    Mode1,
-    Mode2,
-    Mode3,
-    SetFloor,
-    Enemies,
-    Pickups,
-    Doors,
-    About,
-    CommandCount
+    New, Open, Save, SaveAs, Exit, Close, ViewStart, ViewFinish, ViewPut, ViewTake,
+    DecreaseWidth, IncreaseWidth, DecreaseHeight, IncreaseHeight, Remove, Add, Previous, Next,
+    Mode0, Mode1, Mode2, Mode3, SetFloor, Enemies, Pickups, Doors, About, CommandCount
 };
+// clang-format on
 
 struct CommandEntry {
     const char *menuItem; // null for the close box
@@ -89,18 +66,17 @@ const CommandEntry Commands[CommandCount] = {
 const QString InvalidNameText = QStringLiteral(
     "Invalid file name! Must be of the format: zkstl???.kst, where ??? is the Levelset name.");
 
-// Everything a save would store, wherever it goes, and the levels past the count.
-bool sameLevelset(const Levelset &a, const Levelset &b) {
-    return writeLevelset(a, UntitledPath) == writeLevelset(b, UntitledPath) &&
-           a.levels == b.levels && a.currentLevel == b.currentLevel;
-}
-
 std::array<bool, 4> viewItems(const frmMain &w) {
     return {w.mnuViewStart->isChecked(), w.mnuViewFinish->isChecked(),
             w.mnuViewBlockPut->isChecked(), w.mnuViewBlockTake->isChecked()};
 }
 
 } // namespace
+
+bool sameLevelset(const Levelset &a, const Levelset &b) {
+    return writeLevelset(a, UntitledPath) == writeLevelset(b, UntitledPath) &&
+           a.levels == b.levels && a.currentLevel == b.currentLevel;
+}
 
 MonkeyWalk::MonkeyWalk(std::uint32_t seed) : random_(seed) {
     dialogs_.makeSaveName = [this] { return folder_.saveName(); };
@@ -138,10 +114,8 @@ QString MonkeyWalk::step() {
     const int kind = pick(100);
     if (kind < 30)
         fault = command(description);
-    else if (kind < 62)
-        fault = levelStroke(description);
     else if (kind < 70)
-        fault = levelHover(description);
+        fault = levelStroke(description);
     else if (kind < 82)
         fault = paletteClick(description);
     else if (kind < 95)
@@ -208,107 +182,72 @@ QString MonkeyWalk::command(QString &description) {
 QString MonkeyWalk::checkCommand(int c, const Levelset &before, std::array<bool, 4> viewBefore) {
     const frmMain &w = *window_;
     const Levelset &now = w.levelset;
+    const char *name = Commands[c].menuItem;
     Levelset expected = before;
     LevelRecord &level = expected.current();
     const int n = before.levelCount;
     const int current = before.currentLevel;
-    int messages = 0;
-    bool onlyList = false;  // the commands that remake or add levels
-    bool onlyTiles = false; // showing a level may store a foreign level or alien type as shown
-    switch (c) {
-    case ViewStart:
-    case ViewFinish:
-    case ViewPut:
-    case ViewTake:
+    const bool resize = c >= DecreaseWidth && c <= IncreaseHeight;
+    if (c >= ViewStart && c <= ViewTake) {
         viewBefore[c - ViewStart] = !viewBefore[c - ViewStart];
         if (viewItems(w) != viewBefore)
-            return QStringLiteral("%1 did not toggle its check mark alone")
-                .arg(QLatin1StringView(Commands[c].menuItem));
-        break;
-    case DecreaseWidth:
-    case IncreaseWidth:
-    case DecreaseHeight:
-    case IncreaseHeight: {
+            return QStringLiteral("%1 did not toggle its check mark alone").arg(name);
+    } else if (resize) {
         const bool width = c < DecreaseHeight;
         std::uint8_t &size = level.header[width ? LevelRecord::Width : LevelRecord::Height];
         if (c == IncreaseWidth || c == IncreaseHeight)
             size += size < LevelRecord::GridSize;
         else
             size -= size > (width ? LevelRecord::MinWidth : LevelRecord::MinHeight);
-        break;
-    }
-    case Remove:
+    } else if (c == Remove) {
         expected.levelCount = n > 1 && current + 1 < n ? n - 1 : n;
-        onlyList = true;
-        break;
-    case Add:
+    } else if (c == Add) {
         expected.levelCount = std::min(n + 1, Levelset::MaxLevels);
-        onlyList = true;
-        break;
-    case Previous:
-    case Next: {
+    } else if (c == Previous || c == Next) {
         const int to = current + (c == Next ? 1 : -1);
         expected.currentLevel = to >= 0 && to < n ? to : current;
-        onlyTiles = true;
         if (expected.currentLevel != current && w.levelCursor->pos().x() != 0)
             return QStringLiteral("levelCursor not at the left edge after a level change");
-        break;
-    }
-    case Mode0:
-    case Mode1:
-    case Mode2:
-    case Mode3:
-        if (w.rightButtonMode != c - Mode0)
-            return QStringLiteral("rightButtonMode %1 after %2")
-                .arg(w.rightButtonMode)
-                .arg(QLatin1StringView(Commands[c].menuItem));
-        break;
-    case SetFloor: {
+    } else if (c >= Mode0 && c <= Mode3 && w.rightButtonMode != c - Mode0) {
+        return QStringLiteral("rightButtonMode %1 after %2").arg(w.rightButtonMode).arg(name);
+    } else if (c == SetFloor) {
         const int type = level.header[LevelRecord::LevelType];
         for (std::uint8_t &tile : level.tiles)
             if (type < 2 && tile == 1 - type)
                 tile = static_cast<std::uint8_t>(type);
-        break;
-    }
-    case Enemies:
-    case Pickups:
-    case Doors:
-        messages = 1;
-        if (!dialogs_.messages.isEmpty() && dialogs_.messages[0].icon != QMessageBox::Information)
-            return QStringLiteral("a count shown without the information icon");
-        break;
-    default:
-        break;
     }
     if (now.levelCount != expected.levelCount || now.currentLevel != expected.currentLevel)
-        return QStringLiteral("after %1: %2 levels, level %3 current; expected %4 and %5")
-            .arg(QLatin1StringView(Commands[c].menuItem))
-            .arg(now.levelCount)
-            .arg(now.currentLevel)
-            .arg(expected.levelCount)
-            .arg(expected.currentLevel);
-    bool right = onlyList || onlyTiles || sameLevelset(now, expected);
-    for (int i = 0; onlyTiles && i < Levelset::MaxLevels; ++i)
-        right = right && now.levels[i].tiles == before.levels[i].tiles;
-    if (!right)
-        return QStringLiteral("%1 on a %2 x %3 level of type %4 left the levelset wrong")
-            .arg(QLatin1StringView(Commands[c].menuItem))
-            .arg(before.current().width())
-            .arg(before.current().height())
-            .arg(before.current().header[LevelRecord::LevelType]);
-    if (dialogs_.messages.size() != messages || dialogs_.modalCount != (c == About) ||
-        !dialogs_.saveQuestions.isEmpty() || !dialogs_.openQuestions.isEmpty())
-        return QStringLiteral("%1 messages, %2 modal windows and %3 file dialogs shown")
-            .arg(dialogs_.messages.size())
-            .arg(dialogs_.modalCount)
-            .arg(dialogs_.saveQuestions.size() + dialogs_.openQuestions.size());
+        return QString::asprintf("after %s: %d levels, level %d current; expected %d and %d", name,
+                                 now.levelCount, now.currentLevel, expected.levelCount,
+                                 expected.currentLevel);
+    // Add and Remove remake levels; showing another level may store a foreign type as shown.
+    const auto sameTiles = [&] {
+        for (int i = 0; i < Levelset::MaxLevels; ++i)
+            if (now.levels[i].tiles != before.levels[i].tiles)
+                return false;
+        return true;
+    };
+    if (c == Add || c == Remove      ? false
+        : c == Previous || c == Next ? !sameTiles()
+                                     : !sameLevelset(now, expected))
+        return QString::asprintf("%s on a %d x %d level of type %d left the levelset wrong", name,
+                                 before.current().width(), before.current().height(),
+                                 before.current().header[LevelRecord::LevelType]);
+    const bool counts = c == Enemies || c == Pickups || c == Doors;
+    if (dialogs_.messages.size() != counts || dialogs_.modalCount != (c == About) ||
+        !dialogs_.saveQuestions.isEmpty() || !dialogs_.openQuestions.isEmpty() ||
+        (counts && dialogs_.messages[0].icon != QMessageBox::Information))
+        return QString::asprintf(
+            "%s showed %d messages, %d modal windows, %d file dialogs", name,
+            int(dialogs_.messages.size()), dialogs_.modalCount,
+            int(dialogs_.saveQuestions.size() + dialogs_.openQuestions.size()));
     return {};
 }
 
 QString MonkeyWalk::fileCommand(int c, const Levelset &before) {
     const frmMain &w = *window_;
     const bool prompts = c != Save && c != SaveAs;
-    if (dialogs_.promptAnswers.size() != (prompts ? 1 : 0))
+    if (dialogs_.promptAnswers.size() != prompts)
         return QStringLiteral("the save prompt was asked %1 times")
             .arg(dialogs_.promptAnswers.size());
     const auto answer = prompts ? dialogs_.promptAnswers[0] : QMessageBox::Yes;
@@ -316,26 +255,19 @@ QString MonkeyWalk::fileCommand(int c, const Levelset &before) {
     if (answer == QMessageBox::Yes)
         if (QString fault = expectSave(before, c == SaveAs, !prompts); !fault.isEmpty())
             return fault;
-    if (saveNamesUsed_ != dialogs_.saveNames.size())
-        return QStringLiteral("the save dialog was shown %1 times, %2 expected")
-            .arg(dialogs_.saveNames.size())
-            .arg(saveNamesUsed_);
-    const auto messagesWith = [this](auto matches) {
-        return std::count_if(dialogs_.messages.cbegin(), dialogs_.messages.cend(), matches);
-    };
-    const auto invalid = messagesWith(
-        [](const auto &m) { return m.text == InvalidNameText && m.icon == QMessageBox::Warning; });
-    const auto refused = messagesWith([](const auto &m) {
+    const auto &m = dialogs_.messages;
+    const auto invalid = std::count_if(m.cbegin(), m.cend(), [](const auto &m) {
+        return m.text == InvalidNameText && m.icon == QMessageBox::Warning;
+    });
+    const auto refused = std::count_if(m.cbegin(), m.cend(), [](const auto &m) {
         return m.title == QStringLiteral("Error!") && m.icon == QMessageBox::Critical;
     });
-    if (invalid != invalidNames_ || refused != refusals_ ||
-        dialogs_.messages.size() != invalid + refused + prompts)
-        return QStringLiteral("%1 invalid-name and %2 refusal messages of %3, expected %4 and %5")
-            .arg(invalid)
-            .arg(refused)
-            .arg(dialogs_.messages.size())
-            .arg(invalidNames_)
-            .arg(refusals_);
+    if (saveNamesUsed_ != dialogs_.saveNames.size() || invalid != invalidNames_ ||
+        refused != refusals_ || m.size() != invalid + refused + prompts)
+        return QString::asprintf("%d save dialogs, %d invalid-name and %d refusal messages of %d; "
+                                 "expected %d, %d and %d",
+                                 int(dialogs_.saveNames.size()), int(invalid), int(refused),
+                                 int(m.size()), saveNamesUsed_, invalidNames_, refusals_);
 
     const Levelset &now = w.levelset;
     const QString opened = dialogs_.openNames.value(0);

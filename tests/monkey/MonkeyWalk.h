@@ -13,6 +13,10 @@
 
 class frmMain;
 
+// Everything a save would store, wherever it goes, the levels past the count and the current
+// level.
+bool sameLevelset(const Levelset &a, const Levelset &b);
+
 // A seeded random walk over a real main window: menu commands, toolbar buttons and shortcut
 // keys, mouse strokes on the level view and the palette (buttons held past the edges, two
 // buttons at once), typing into the panel, and closing the window, which is opened afresh when
@@ -43,11 +47,9 @@ private:
     QString fileCommand(int command, const Levelset &before);
     QString expectSave(const Levelset &before, bool forceDialog, bool statusShown);
     QString levelStroke(QString &description);
-    QString levelHover(QString &description);
     QString paletteClick(QString &description);
     QString typing(QString &description);
     QString optionClick(QString &description);
-    QString levelCursorInside(QPoint before) const;
 
     std::mt19937 random_;
     MonkeyDialogs dialogs_{random_};

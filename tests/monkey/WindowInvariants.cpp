@@ -13,7 +13,6 @@
 namespace {
 
 constexpr int Cell = 16;
-constexpr int PlaceableTiles = 178;
 
 QString where(QPoint p) {
     return QStringLiteral("(%1, %2)").arg(p.x()).arg(p.y());
@@ -26,14 +25,9 @@ QString levelRules(const Levelset &levelset) {
         return QStringLiteral("currentLevel %1 of %2")
             .arg(levelset.currentLevel)
             .arg(levelset.levelCount);
-    for (int i = 0; i < Levelset::MaxLevels; ++i) {
-        const LevelRecord &level = levelset.levels[i];
+    for (const LevelRecord &level : levelset.levels)
         if (level.width() > LevelRecord::GridSize || level.height() > LevelRecord::GridSize)
-            return QStringLiteral("level %1 is %2 x %3")
-                .arg(i)
-                .arg(level.width())
-                .arg(level.height());
-    }
+            return QStringLiteral("a level is %1 x %2").arg(level.width()).arg(level.height());
     return {};
 }
 
@@ -44,74 +38,62 @@ QString markerRules(const frmMain &w) {
     };
     const auto paletteCell = [](int id) { return QPoint(Cell * (id % 8), Cell * (id / 8)); };
     const struct {
-        const char *name;
         const Marker *marker;
         QPoint expected;
-        const QAction *viewItem;
+        const QAction *viewItem; // null for a cursor, always shown
     } markers[] = {
-        {"shpStart", w.shpStart, at(LevelRecord::StartX), w.mnuViewStart},
-        {"shpFinish", w.shpFinish, at(LevelRecord::FinishX), w.mnuViewFinish},
-        {"shpPut", w.shpPut, at(LevelRecord::PutX), w.mnuViewBlockPut},
-        {"shpTake", w.shpTake, at(LevelRecord::TakeX), w.mnuViewBlockTake},
-        {"shpPutType", w.shpPutType, paletteCell(level.header[LevelRecord::PutType]),
-         w.mnuViewBlockPut},
-        {"shpTakeType", w.shpTakeType, paletteCell(level.header[LevelRecord::TakeType]),
-         w.mnuViewBlockTake},
-        {"tileCursor", w.tileCursor, paletteCell(w.selectedTile), nullptr},
+        {w.shpStart, at(LevelRecord::StartX), w.mnuViewStart},
+        {w.shpFinish, at(LevelRecord::FinishX), w.mnuViewFinish},
+        {w.shpPut, at(LevelRecord::PutX), w.mnuViewBlockPut},
+        {w.shpTake, at(LevelRecord::TakeX), w.mnuViewBlockTake},
+        {w.shpPutType, paletteCell(level.header[LevelRecord::PutType]), w.mnuViewBlockPut},
+        {w.shpTakeType, paletteCell(level.header[LevelRecord::TakeType]), w.mnuViewBlockTake},
+        {w.tileCursor, paletteCell(w.selectedTile), nullptr},
     };
     for (const auto &m : markers) {
         if (m.marker->pos() != m.expected)
             return QStringLiteral("%1 at %2, header says %3")
-                .arg(QLatin1StringView(m.name), where(m.marker->pos()), where(m.expected));
-        const bool shown = m.viewItem ? m.viewItem->isChecked() : true;
-        if (m.marker->isHidden() == shown)
-            return QStringLiteral("%1 %2 while its View item is %3")
-                .arg(QLatin1StringView(m.name),
-                     m.marker->isHidden() ? QStringLiteral("hidden") : QStringLiteral("shown"),
-                     shown ? QStringLiteral("checked") : QStringLiteral("unchecked"));
+                .arg(m.marker->objectName(), where(m.marker->pos()), where(m.expected));
+        if (m.marker->isHidden() == (!m.viewItem || m.viewItem->isChecked()))
+            return QStringLiteral("%1 hidden: %2, against its View item")
+                .arg(m.marker->objectName())
+                .arg(m.marker->isHidden());
     }
-    if (w.selectedTile >= PlaceableTiles)
+    if (w.selectedTile >= 178)
         return QStringLiteral("selectedTile %1 is a grey cell").arg(w.selectedTile);
     const QPoint cursor = w.levelCursor->pos();
-    if (cursor.x() % Cell || cursor.y() % Cell || cursor.x() < 0 || cursor.y() < 0 ||
-        cursor.x() >= Cell * LevelRecord::GridSize || cursor.y() >= Cell * LevelRecord::GridSize)
-        return QStringLiteral("levelCursor at %1, not on a cell of the view").arg(where(cursor));
-    if (w.levelCursor->isHidden() || w.tileCursor->isHidden())
-        return QStringLiteral("a cursor marker is hidden");
+    if (cursor.x() % Cell || cursor.y() % Cell ||
+        !QRect(0, 0, Cell * LevelRecord::GridSize, Cell * LevelRecord::GridSize).contains(cursor) ||
+        w.levelCursor->isHidden())
+        return QStringLiteral("levelCursor at %1, not shown on a cell of the view")
+            .arg(where(cursor));
     return {};
 }
 
 QString modeRules(const frmMain &w) {
-    if (w.rightButtonMode < 0 || w.rightButtonMode > 3)
-        return QStringLiteral("rightButtonMode %1").arg(w.rightButtonMode);
     int checked = 0;
     for (const QAction *item : w.mnuToolsMouseChoice)
         checked += item->isChecked();
-    if (checked != 1 || !w.mnuToolsMouseChoice[w.rightButtonMode]->isChecked())
+    if (w.rightButtonMode < 0 || w.rightButtonMode > 3 || checked != 1 ||
+        !w.mnuToolsMouseChoice[w.rightButtonMode]->isChecked())
         return QStringLiteral("%1 right-button modes checked, mode is %2")
             .arg(checked)
             .arg(w.rightButtonMode);
     return {};
 }
 
-// A number field whose text reads as a byte shows what the header holds: a text the user typed
-// that is no byte leaves the header at the last byte stored.
+// A number field whose text reads as a byte shows what the header holds; a text that is no byte
+// leaves the header at the last byte stored.
 QString numberFieldRule(const QLineEdit *field, int stored) {
     static const QRegularExpression plainNumber(QStringLiteral("^ *[+-]?[0-9]+ *$"));
-    const QString text = field->text();
-    if (!plainNumber.match(text).hasMatch())
-        return {};
     bool ok = false;
-    const int value = text.trimmed().toInt(&ok);
-    if (ok && value >= 0 && value <= 255 && value != stored)
+    const int value = field->text().trimmed().toInt(&ok);
+    if (ok && plainNumber.match(field->text()).hasMatch() && value >= 0 && value <= 255 &&
+        value != stored)
         return QStringLiteral("%1 shows \"%2\", header holds %3")
-            .arg(field->objectName(), text)
+            .arg(field->objectName(), field->text())
             .arg(stored);
     return {};
-}
-
-QString paddedPasscode(const QString &text) {
-    return text.left(Levelset::PasscodeLength).leftJustified(Levelset::PasscodeLength, u' ');
 }
 
 QString panelRules(const frmMain &w) {
@@ -126,13 +108,11 @@ QString panelRules(const frmMain &w) {
         panel.optWeak->isChecked() == panel.optStrong->isChecked())
         return QStringLiteral("Alien Type options disagree with alien type %1")
             .arg(level.header[LevelRecord::AlienType]);
-    if (QString broken =
-            numberFieldRule(panel.txtObjectives, level.header[LevelRecord::Objectives]);
-        !broken.isEmpty())
-        return broken;
-    if (QString broken = numberFieldRule(panel.txtTime, level.header[LevelRecord::Time]);
-        !broken.isEmpty())
-        return broken;
+    for (const QString &broken :
+         {numberFieldRule(panel.txtObjectives, level.header[LevelRecord::Objectives]),
+          numberFieldRule(panel.txtTime, level.header[LevelRecord::Time])})
+        if (!broken.isEmpty())
+            return broken;
 
     const QString shown = panel.txtPasscode->text();
     if (levelset.currentLevel == 0) {
@@ -141,9 +121,12 @@ QString panelRules(const frmMain &w) {
         return {};
     }
     // Shown as loaded, or as typed and stored upper-cased.
+    const auto padded = [](const QString &text) {
+        return text.left(Levelset::PasscodeLength).leftJustified(Levelset::PasscodeLength, u' ');
+    };
     const QString slot = levelset.passcode(levelset.currentLevel - 1);
     if (!panel.txtPasscode->isEnabled() ||
-        (slot != paddedPasscode(shown) && slot != paddedPasscode(shown.toUpper())))
+        (slot != padded(shown) && slot != padded(shown.toUpper())))
         return QStringLiteral("passcode field shows \"%1\", slot holds \"%2\"").arg(shown, slot);
     return {};
 }
