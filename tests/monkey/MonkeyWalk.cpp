@@ -27,40 +27,40 @@ enum Command {
 };
 // clang-format on
 
+// The menu item and the toolbar button of each command; shortcut keys are the menu item's own.
 struct CommandEntry {
     const char *menuItem; // null for the close box
     const char *toolbarKey;
-    QKeyCombination shortcut;
 };
 
 const CommandEntry Commands[CommandCount] = {
-    {"mnuFileNew", "New", Qt::CTRL | Qt::Key_N},
-    {"mnuFileOpen", "Open", Qt::CTRL | Qt::Key_O},
-    {"mnuFileSave", "Save", Qt::CTRL | Qt::Key_S},
-    {"mnuFileSaveAs", nullptr, {}},
-    {"mnuFileExit", nullptr, {}},
-    {nullptr, nullptr, {}},
-    {"mnuViewStart", nullptr, {}},
-    {"mnuViewFinish", nullptr, {}},
-    {"mnuViewBlockPut", nullptr, {}},
-    {"mnuViewBlockTake", nullptr, {}},
-    {"mnuLevelDecreaseWidth", "DWidth", Qt::Key_F1},
-    {"mnuLevelIncreaseWidth", "IWidth", Qt::Key_F2},
-    {"mnuLevelDecreaseHeight", "DHeight", Qt::Key_F3},
-    {"mnuLevelIncreaseHeight", "IHeight", Qt::Key_F4},
-    {"mnuLevelRemove", "RemoveLevel", Qt::Key_F5},
-    {"mnuLevelAdd", "AddLevel", Qt::Key_F6},
-    {"mnuLevelPrevious", "PreviousLevel", Qt::Key_F7},
-    {"mnuLevelNext", "NextLevel", Qt::Key_F8},
-    {"mnuToolsMouseChoice0", nullptr, {}},
-    {"mnuToolsMouseChoice1", nullptr, {}},
-    {"mnuToolsMouseChoice2", nullptr, {}},
-    {"mnuToolsMouseChoice3", nullptr, {}},
-    {"mnuToolsSetFloor", nullptr, Qt::CTRL | Qt::Key_F},
-    {"mnuToolsEnemies", nullptr, Qt::CTRL | Qt::Key_E},
-    {"mnuToolsPickups", nullptr, Qt::CTRL | Qt::Key_P},
-    {"mnuToolsDoors", nullptr, Qt::CTRL | Qt::Key_D},
-    {"mnuHelpAbout", "About", Qt::Key_F12},
+    {"mnuFileNew", "New"},
+    {"mnuFileOpen", "Open"},
+    {"mnuFileSave", "Save"},
+    {"mnuFileSaveAs", nullptr},
+    {"mnuFileExit", nullptr},
+    {nullptr, nullptr},
+    {"mnuViewStart", nullptr},
+    {"mnuViewFinish", nullptr},
+    {"mnuViewBlockPut", nullptr},
+    {"mnuViewBlockTake", nullptr},
+    {"mnuLevelDecreaseWidth", "DWidth"},
+    {"mnuLevelIncreaseWidth", "IWidth"},
+    {"mnuLevelDecreaseHeight", "DHeight"},
+    {"mnuLevelIncreaseHeight", "IHeight"},
+    {"mnuLevelRemove", "RemoveLevel"},
+    {"mnuLevelAdd", "AddLevel"},
+    {"mnuLevelPrevious", "PreviousLevel"},
+    {"mnuLevelNext", "NextLevel"},
+    {"mnuToolsMouseChoice0", nullptr},
+    {"mnuToolsMouseChoice1", nullptr},
+    {"mnuToolsMouseChoice2", nullptr},
+    {"mnuToolsMouseChoice3", nullptr},
+    {"mnuToolsSetFloor", nullptr},
+    {"mnuToolsEnemies", nullptr},
+    {"mnuToolsPickups", nullptr},
+    {"mnuToolsDoors", nullptr},
+    {"mnuHelpAbout", "About"},
 };
 
 const QString InvalidNameText = QStringLiteral(
@@ -145,9 +145,12 @@ QString MonkeyWalk::command(QString &description) {
     if ((c == Close || c == Exit) && pick(4) != 0)
         c = pick(CommandCount);
     const CommandEntry &entry = Commands[c];
-    const Levelset before = window_->levelset;
-    const std::array<bool, 4> viewBefore = viewItems(*window_);
     frmMain &w = *window_;
+    QAction *item = entry.menuItem ? w.findChild<QAction *>(entry.menuItem) : nullptr;
+    const QKeyCombination key =
+        item && !item->shortcut().isEmpty() ? item->shortcut()[0] : QKeyCombination();
+    const Levelset before = window_->levelset;
+    const std::array<bool, 4> viewBefore = viewItems(w);
     const int route = pick(3);
     if (c == Close) {
         description = QStringLiteral("close the window");
@@ -156,14 +159,13 @@ QString MonkeyWalk::command(QString &description) {
         description = QStringLiteral("toolbar %1").arg(QLatin1StringView(entry.toolbarKey));
         QAction *button = w.findChild<QAction *>(QLatin1StringView(entry.toolbarKey));
         QTest::mouseClick(w.tbToolBar->widgetForAction(button), Qt::LeftButton);
-    } else if (route == 2 && entry.shortcut != QKeyCombination() &&
-               QApplication::activeWindow() == &w) {
-        description = QStringLiteral("key %1").arg(QKeySequence(entry.shortcut).toString());
+    } else if (route == 2 && key != QKeyCombination() && QApplication::activeWindow() == &w) {
+        description = QStringLiteral("key %1").arg(QKeySequence(key).toString());
         w.picLevel->setFocus(); // a focused text field would take some Ctrl keys itself
-        QTest::keyClick(&w, entry.shortcut.key(), entry.shortcut.keyboardModifiers());
+        QTest::keyClick(&w, key.key(), key.keyboardModifiers());
     } else {
         description = QStringLiteral("menu %1").arg(QLatin1StringView(entry.menuItem));
-        w.findChild<QAction *>(QLatin1StringView(entry.menuItem))->trigger();
+        item->trigger();
     }
     if (c > Close)
         return checkCommand(c, before, viewBefore);
