@@ -222,64 +222,62 @@ QString MonkeyWalk::paletteClick(QString &description) {
     return {};
 }
 
-QString MonkeyWalk::typing(QString &description) {
+// Typing into the panel's fields (and erasing first now and then) and clicking its options
+// change one value of the current level only: a passcode slot, a header byte, or its types.
+QString MonkeyWalk::panelInput(QString &description) {
     frmMain &w = *window_;
-    const Levelset before = w.levelset;
-    const int which = pick(3);
-    QLineEdit *field =
-        std::array{w.panel->txtPasscode, w.panel->txtObjectives, w.panel->txtTime}[which];
-    description = QStringLiteral("typing into %1:").arg(field->objectName());
-    if (pick(3) == 0) {
-        if (pick(2)) {
+    Levelset expected = w.levelset;
+    const int which = pick(18);
+    QWidget *target = nullptr;
+    if (which >= 13) {
+        auto *option = std::array{w.panel->optNormal, w.panel->optHatchery, w.panel->optWeak,
+                                  w.panel->optStrong}[pick(4)];
+        QTest::mouseClick(option, Qt::LeftButton);
+        description = QStringLiteral("click %1").arg(option->objectName());
+        if (!option->isChecked())
+            return QStringLiteral("%1 is not selected after a click").arg(option->objectName());
+        for (const auto byte : {LevelRecord::LevelType, LevelRecord::AlienType})
+            expected.current().header[byte] = w.levelset.current().header[byte];
+        target = option;
+    } else {
+        QLineEdit *field =
+            std::array{w.panel->txtPasscode, w.panel->txtObjectives, w.panel->txtTime}[which % 3];
+        description = QStringLiteral("typing into %1:").arg(field->objectName());
+        if (pick(6) == 0) {
             QTest::keyClick(field, Qt::Key_A, Qt::ControlModifier);
             QTest::keyClick(field, Qt::Key_Delete);
             description += QStringLiteral(" select all, delete,");
-        } else {
+        } else if (const int erase = pick(15); erase < 5) {
             QTest::keyClick(field, Qt::Key_End);
-            const int erase = pick(5);
             for (int i = 0; i < erase; ++i)
                 QTest::keyClick(field, Qt::Key_Backspace);
             description += QStringLiteral(" end, %1 backspaces,").arg(erase);
         }
+        const QString characters = field == w.panel->txtPasscode
+                                       ? QStringLiteral("abcXYZ09 -!")
+                                       : QStringLiteral("0123456789012345 -+x");
+        QString text;
+        for (int length = pick(5); length > 0; --length)
+            text += characters[pick(static_cast<int>(characters.size()))];
+        QTest::keyClicks(field, text);
+        description += QStringLiteral(" type \"%1\", shows \"%2\"").arg(text, field->text());
+        const int current = expected.currentLevel;
+        if (field == w.panel->txtPasscode && current > 0)
+            expected.passcodes[current - 1] = w.levelset.passcodes[current - 1];
+        if (field != w.panel->txtPasscode) {
+            const auto byte =
+                field == w.panel->txtTime ? LevelRecord::Time : LevelRecord::Objectives;
+            expected.current().header[byte] = w.levelset.current().header[byte];
+        }
+        target = field;
     }
-    const QString characters =
-        which == 0 ? QStringLiteral("abcXYZ09 -!") : QStringLiteral("0123456789012345 -+x");
-    QString text;
-    for (int length = pick(5); length > 0; --length)
-        text += characters[pick(static_cast<int>(characters.size()))];
-    QTest::keyClicks(field, text);
-    description += QStringLiteral(" type \"%1\", shows \"%2\"").arg(text, field->text());
-
+    // Only a number field complains, and only of what was typed.
     for (const auto &m : std::as_const(dialogs_.messages))
-        if (which == 0 || (m.text != QStringLiteral("Invalid character!") &&
-                           m.text != QStringLiteral("Invalid value! Must be between 0-255.")))
-            return QStringLiteral("typing into %1 showed \"%2\"").arg(field->objectName(), m.text);
-    // Typing changes its own header byte or passcode slot of the current level only.
-    Levelset expected = before;
-    const int current = expected.currentLevel;
-    if (which == 0 && current > 0)
-        expected.passcodes[current - 1] = w.levelset.passcodes[current - 1];
-    if (which > 0) {
-        const auto byte = which == 1 ? LevelRecord::Objectives : LevelRecord::Time;
-        expected.current().header[byte] = w.levelset.current().header[byte];
-    }
+        if (!qobject_cast<QLineEdit *>(target) || target == w.panel->txtPasscode ||
+            (m.text != QStringLiteral("Invalid character!") &&
+             m.text != QStringLiteral("Invalid value! Must be between 0-255.")))
+            return QStringLiteral("%1 showed \"%2\"").arg(target->objectName(), m.text);
     if (!sameLevelset(w.levelset, expected))
-        return QStringLiteral("typing into %1 changed more than its own value")
-            .arg(field->objectName());
-    return {};
-}
-
-QString MonkeyWalk::optionClick(QString &description) {
-    frmMain &w = *window_;
-    Levelset expected = w.levelset;
-    QRadioButton *option = std::array{w.panel->optNormal, w.panel->optHatchery, w.panel->optWeak,
-                                      w.panel->optStrong}[pick(4)];
-    QTest::mouseClick(option, Qt::LeftButton);
-    description = QStringLiteral("click %1").arg(option->objectName());
-    for (const auto byte : {LevelRecord::LevelType, LevelRecord::AlienType})
-        expected.current().header[byte] = w.levelset.current().header[byte];
-    if (!option->isChecked() || !dialogs_.messages.isEmpty() || !sameLevelset(w.levelset, expected))
-        return QStringLiteral("clicking %1 left it unselected or changed more than the types")
-            .arg(option->objectName());
+        return QStringLiteral("%1 changed more than its own value").arg(target->objectName());
     return {};
 }

@@ -118,10 +118,8 @@ QString MonkeyWalk::step() {
         fault = levelStroke(description);
     else if (kind < 82)
         fault = paletteClick(description);
-    else if (kind < 95)
-        fault = typing(description);
     else
-        fault = optionClick(description);
+        fault = panelInput(description);
     ++statistics_[description.section(u' ', 0, 0)];
 
     recent_.append(QStringLiteral("#%1 %2").arg(++actionIndex_).arg(description));

@@ -48,8 +48,7 @@ private:
     QString expectSave(const Levelset &before, bool forceDialog, bool statusShown);
     QString levelStroke(QString &description);
     QString paletteClick(QString &description);
-    QString typing(QString &description);
-    QString optionClick(QString &description);
+    QString panelInput(QString &description);
 
     std::mt19937 random_;
     MonkeyDialogs dialogs_{random_};
