@@ -1,5 +1,6 @@
 #include "shell/frmMain.h"
 
+#include <QKeyEvent>
 #include <QMenu>
 #include <QMenuBar>
 
@@ -129,6 +130,23 @@ void frmMain::createMenus() {
     mnuHelp = addMenu(bar, "mnuHelp", QStringLiteral("&Help"));
     mnuHelpAbout = addItem(mnuHelp, "mnuHelpAbout", QStringLiteral("&About "),
                            &frmMain::mnuHelpAbout_Click, QKeySequence(Qt::Key_F12));
+}
+
+// A text field claims the keys its platform binds to editing before any shortcut sees them (on
+// X11 Ctrl+E moves to the end of the line). Every control of the window refuses the keys that a
+// menu item owns (frmMain::eventFilter), so that the item runs whichever control has the focus.
+void frmMain::giveMenuKeysToTheMenus() {
+    for (QWidget *control : client->findChildren<QWidget *>())
+        if (control->focusPolicy() != Qt::NoFocus)
+            control->installEventFilter(this);
+}
+
+bool frmMain::menuOwns(const QKeyEvent &key) const {
+    const QKeySequence pressed(key.keyCombination());
+    for (const QAction *item : findChildren<QAction *>())
+        if (item->shortcuts().contains(pressed))
+            return true;
+    return false;
 }
 
 // Never on the menu bar: the editing handlers open them under the mouse.

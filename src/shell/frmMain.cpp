@@ -12,6 +12,7 @@
 
 #include <QCloseEvent>
 #include <QGuiApplication>
+#include <QKeyEvent>
 #include <QLabel>
 #include <QLayout>
 #include <QScreen>
@@ -43,6 +44,7 @@ frmMain::frmMain(Dialogs *dialogs, QWidget *parent)
     createPopupMenus();
     createToolbar();
     createStatusBar();
+    giveMenuKeysToTheMenus();
 
     // The client area has a fixed size, so the window is as big as the menu bar and that area.
     layout()->setSizeConstraint(QLayout::SetFixedSize);
@@ -198,11 +200,33 @@ void frmMain::Form_Unload() {
     }
 }
 
+// Centred on the screen when first shown. A window manager frames the window only after that; once
+// its frame is known, the frame, title bar included, is centred instead.
 void frmMain::showEvent(QShowEvent *event) {
     QMainWindow::showEvent(event);
-    if (centred_)
+    if (placement_ != Placement::None)
         return;
-    centred_ = true;
+    placement_ = Placement::Centred;
+    centreOnScreen();
+    windowHandle()->installEventFilter(this);
+}
+
+bool frmMain::eventFilter(QObject *watched, QEvent *event) {
+    if (watched == windowHandle()) {
+        if (event->type() == QEvent::Move && placement_ == Placement::Centred &&
+            frameGeometry() != geometry()) {
+            placement_ = Placement::FrameCentred;
+            centreOnScreen();
+        }
+    } else if (event->type() == QEvent::ShortcutOverride &&
+               menuOwns(*static_cast<QKeyEvent *>(event))) {
+        event->ignore(); // refused by the control, the key goes to the item's shortcut
+        return true;
+    }
+    return QMainWindow::eventFilter(watched, event);
+}
+
+void frmMain::centreOnScreen() {
     if (const QScreen *shown = screen()) {
         QRect frame = frameGeometry();
         frame.moveCenter(shown->availableGeometry().center());

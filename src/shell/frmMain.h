@@ -15,6 +15,7 @@ class Marker;
 class PropertiesPanel;
 class QAction;
 class QActionGroup;
+class QKeyEvent;
 class QLabel;
 class QMenu;
 class QStatusBar;
@@ -161,6 +162,7 @@ public:
 
 protected:
     void closeEvent(QCloseEvent *event) override;
+    bool eventFilter(QObject *watched, QEvent *event) override;
     void showEvent(QShowEvent *event) override;
 
 private:
@@ -171,14 +173,18 @@ private:
     void createPopupMenus();
     void createToolbar();
     void createStatusBar();
+    void giveMenuKeysToTheMenus();
+    bool menuOwns(const QKeyEvent &key) const;
     QAction *addItem(QMenu *menu, const char *name, const QString &caption,
                      void (frmMain::*handler)(), const QKeySequence &shortcut = {});
     void updateClock();
     void showCurrentLevel();
+    void centreOnScreen();
 
     std::unique_ptr<Dialogs> ownDialogs_;
     Dialogs *dialogs_;
     QLabel *statusDate_ = nullptr;
     QLabel *statusTime_ = nullptr;
-    bool centred_ = false;
+    enum class Placement { None, Centred, FrameCentred };
+    Placement placement_ = Placement::None;
 };

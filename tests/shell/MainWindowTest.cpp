@@ -198,50 +198,90 @@ private slots:
         QCOMPARE(e.window.menuBar()->actions().indexOf(shown->menuAction()), onBar);
     }
 
-    // Each key runs exactly its item, also while a panel text field that has editing keys of
-    // its own holds the focus.
+    // Each key runs exactly its item whichever control has the focus, also a panel field whose
+    // platform key bindings give the key an editing meaning (on X11 Ctrl+E ends the line).
     void shortcutRunsExactlyItsItem_data() {
-        QTest::addColumn<QString>("item"); // the row's name is the key
-        QTest::newRow("Ctrl+N") << "mnuFileNew";
-        QTest::newRow("Ctrl+O") << "mnuFileOpen";
-        QTest::newRow("Ctrl+S") << "mnuFileSave";
-        QTest::newRow("F1") << "mnuLevelDecreaseWidth";
-        QTest::newRow("F2") << "mnuLevelIncreaseWidth";
-        QTest::newRow("F3") << "mnuLevelDecreaseHeight";
-        QTest::newRow("F4") << "mnuLevelIncreaseHeight";
-        QTest::newRow("F5") << "mnuLevelRemove";
-        QTest::newRow("F6") << "mnuLevelAdd";
-        QTest::newRow("F7") << "mnuLevelPrevious";
-        QTest::newRow("F8") << "mnuLevelNext";
-        QTest::newRow("Ctrl+F") << "mnuToolsSetFloor";
-        QTest::newRow("Ctrl+E") << "mnuToolsEnemies";
-        QTest::newRow("Ctrl+P") << "mnuToolsPickups";
-        QTest::newRow("Ctrl+D") << "mnuToolsDoors";
-        QTest::newRow("F12") << "mnuHelpAbout";
+        QTest::addColumn<QString>("key");
+        QTest::addColumn<QString>("item");
+        QTest::addColumn<QString>("focus");
+        const std::pair<const char *, const char *> items[] = {{"Ctrl+N", "mnuFileNew"},
+                                                               {"Ctrl+O", "mnuFileOpen"},
+                                                               {"Ctrl+S", "mnuFileSave"},
+                                                               {"F1", "mnuLevelDecreaseWidth"},
+                                                               {"F2", "mnuLevelIncreaseWidth"},
+                                                               {"F3", "mnuLevelDecreaseHeight"},
+                                                               {"F4", "mnuLevelIncreaseHeight"},
+                                                               {"F5", "mnuLevelRemove"},
+                                                               {"F6", "mnuLevelAdd"},
+                                                               {"F7", "mnuLevelPrevious"},
+                                                               {"F8", "mnuLevelNext"},
+                                                               {"Ctrl+F", "mnuToolsSetFloor"},
+                                                               {"Ctrl+E", "mnuToolsEnemies"},
+                                                               {"Ctrl+P", "mnuToolsPickups"},
+                                                               {"Ctrl+D", "mnuToolsDoors"},
+                                                               {"F12", "mnuHelpAbout"}};
+        for (const char *focus : {"picLevel", "txtPasscode", "txtObjectives", "txtTime"})
+            for (const auto &[key, item] : items)
+                QTest::addRow("%s in %s", key, focus) << key << item << focus;
     }
     void shortcutRunsExactlyItsItem() {
+        QFETCH(QString, key);
         QFETCH(QString, item);
-        const QKeySequence key(QString::fromLatin1(QTest::currentDataTag()));
+        QFETCH(QString, focus);
         EditorWindow e;
+        e.window.mnuLevelAdd_Click();
+        e.window.mnuLevelNext_Click(); // the passcode field is enabled from level 2 on
         QVERIFY(e.activate());
-        e.answer({QMessageBox::No, QMessageBox::No, QMessageBox::No, QMessageBox::No});
+        e.answer({QMessageBox::No});
         QList<QAction *> actions = e.window.findChildren<QAction *>();
         std::vector<std::unique_ptr<QSignalSpy>> spies;
         for (QAction *action : actions)
             spies.push_back(std::make_unique<QSignalSpy>(action, &QAction::triggered));
+        auto *control = e.window.client->findChild<QWidget *>(focus);
+        control->setFocus();
+        QVERIFY(control->hasFocus());
+        if (auto *field = qobject_cast<QLineEdit *>(control))
+            field->setCursorPosition(1);
 
-        QTest::keySequence(&e.window, key);
-        QLineEdit *time = e.window.panel->txtTime;
-        time->setFocus();
-        QVERIFY(time->hasFocus());
-        time->setCursorPosition(1);
-        QTest::keySequence(time, key);
+        QTest::keySequence(control, QKeySequence(key));
 
         QStringList triggered;
         for (qsizetype i = 0; i < actions.size(); ++i)
             for (qsizetype n = 0; n < spies[i]->count(); ++n)
                 triggered.append(actions[i]->objectName());
-        QCOMPARE(triggered, QStringList(2, item));
+        QCOMPARE(triggered, QStringList{item});
+    }
+
+    // The keys of a field's own editing, which no menu item owns, stay the field's.
+    void fieldsKeepTheirEditingKeys_data() {
+        QTest::addColumn<QString>("keys");
+        QTest::addColumn<QString>("text"); // the passcode field's, from "abc" with the caret last
+        QTest::newRow("Home, Delete") << "Home, Del"
+                                      << "bc";
+        QTest::newRow("Left, Backspace") << "Left, Backspace"
+                                         << "ac";
+        QTest::newRow("Home, Right, Delete") << "Home, Right, Del"
+                                             << "ac";
+        QTest::newRow("select all, Delete") << "Ctrl+A, Del"
+                                            << "";
+        QTest::newRow("copy, End, paste") << "Ctrl+A, Ctrl+C, End, Ctrl+V"
+                                          << "abcab";
+        QTest::newRow("cut, paste twice") << "Ctrl+A, Ctrl+X, Ctrl+V, Ctrl+V"
+                                          << "abcab";
+    }
+    void fieldsKeepTheirEditingKeys() {
+        QFETCH(QString, keys);
+        QFETCH(QString, text);
+        EditorWindow e;
+        e.window.mnuLevelAdd_Click();
+        e.window.mnuLevelNext_Click();
+        QVERIFY(e.activate());
+        QLineEdit *passcode = e.window.panel->txtPasscode;
+        passcode->setFocus();
+        passcode->setText("abc");
+        QTest::keySequence(passcode, QKeySequence(keys));
+        QCOMPARE(passcode->text(), text);
+        QVERIFY(e.dialogs.messages.isEmpty());
     }
 
     void toolbarShowsTwelveButtonsWithTransparentPictures() {
