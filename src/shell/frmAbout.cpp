@@ -75,12 +75,10 @@ frmAbout::frmAbout(Dialogs &dialogs, SystemInfo &systemInfo, QWidget *owner)
     cmdSysInfo->setObjectName(QStringLiteral("cmdSysInfo"));
     cmdSysInfo->setGeometry(328, 196, 100, 26);
 
-    // Centred on the owner, where the toolkit alone would put it a third of the way down.
-    if (owner) {
-        QRect place = rect();
-        place.moveCenter(owner->window()->frameGeometry().center());
-        move(place.topLeft());
-    }
+    // Qt centres the window on its owner, allowing for the frames the owner's windows have. Done
+    // before the window exists, the position it sets is the frame's, so a frame the window
+    // manager adds later is centred too; once shown, it would be taken for the inside's.
+    adjustPosition(owner);
 
     connect(cmdOK, &QPushButton::clicked, this, &frmAbout::cmdOK_Click);
     connect(cmdSysInfo, &QPushButton::clicked, this, &frmAbout::cmdSysInfo_Click);
