@@ -1,0 +1,56 @@
+#!/usr/bin/env bash
+# on_xcb.sh PROGRAM [ARGUMENT...]: runs a test program on the xcb platform, on its own Xvfb
+# display with the openbox window manager, as a user's desktop runs the editor: a real X server's
+# key bindings, focus handed back by the window manager after a modal window closes, and window
+# decorations. Exits with the program's status; the servers it started end with it.
+set -euo pipefail
+
+for tool in Xvfb openbox xprop; do
+    command -v "$tool" >/dev/null || {
+        echo "FAIL: $tool is not installed (scripts/ensure-deps installs it)" >&2
+        exit 1
+    }
+done
+
+session=$(mktemp -d "${TMPDIR:-/tmp}/KstXcb.XXXXXX")
+mkdir -m 700 "$session/runtime"
+xvfb="" wm=""
+end_session() {
+    for pid in $wm $xvfb; do
+        kill "$pid" 2>/dev/null && wait "$pid" 2>/dev/null
+    done
+    rm -rf "$session"
+}
+trap end_session EXIT
+
+# waits SECONDS WHAT COMMAND...: polls COMMAND until it succeeds, or fails naming WHAT.
+waits() {
+    local deadline=$((SECONDS + $1)) what=$2
+    shift 2
+    until "$@"; do
+        if [ "$SECONDS" -ge "$deadline" ]; then
+            echo "FAIL: timed out waiting for $what" >&2
+            cat "$session"/*.log >&2 2>/dev/null || true
+            exit 1
+        fi
+        sleep 0.05
+    done
+}
+
+# The server picks a free display itself and writes its number once it accepts clients.
+Xvfb -displayfd 3 -screen 0 1280x1024x24 -nolisten tcp 3>"$session/display" \
+    >"$session/xvfb.log" 2>&1 &
+xvfb=$!
+waits 20 "the X server" test -s "$session/display"
+export DISPLAY=":$(head -1 "$session/display")"
+
+# A window manager is up once it has named its check window on the root window.
+openbox --sm-disable >"$session/openbox.log" 2>&1 &
+wm=$!
+wm_running() { xprop -root _NET_SUPPORTING_WM_CHECK 2>/dev/null | grep -q 'window id'; }
+waits 20 "the window manager" wm_running
+
+export QT_QPA_PLATFORM=xcb XDG_RUNTIME_DIR="$session/runtime"
+status=0
+"$@" || status=$?
+exit "$status"
