@@ -156,8 +156,11 @@ void PropertiesPanel::txtTime_Change() {
 }
 
 void PropertiesPanel::numberChanged(QLineEdit &field, int headerByte) {
-    if (field.text().isEmpty())
+    if (field.text().isEmpty()) {
         field.setText(QStringLiteral("0")); // runs this handler nested, which stores 0
+        // Selected, the 0 gives way to the next digit typed: clearing and typing 120 gives 120.
+        field.selectAll();
+    }
 
     const ByteField entry = ByteField::read(field.text());
     switch (entry.outcome) {

@@ -8,17 +8,7 @@
 #include <QKeyEvent>
 #include <QLineEdit>
 #include <QMenu>
-
-namespace {
-
-// Qt 6.4 gives the standard menu's actions no object names; the caption, which QLineEdit
-// translates in its own context, then tells the paste action apart.
-bool isPaste(const QAction *action) {
-    return action->objectName() == QLatin1String("edit-paste") ||
-           action->text().section(QLatin1Char('\t'), 0, 0) == QLineEdit::tr("&Paste");
-}
-
-} // namespace
+#include <QMouseEvent>
 
 TypedLengthLimit::TypedLengthLimit(QLineEdit *edit, int limit)
     : QObject(edit), edit_(edit), limit_(limit) {
@@ -30,6 +20,12 @@ TypedLengthLimit::TypedLengthLimit(QLineEdit *edit, int limit)
 int TypedLengthLimit::room() const {
     const qsizetype kept = edit_->text().size() - edit_->selectedText().size();
     return static_cast<int>(qMax<qsizetype>(0, limit_ - kept));
+}
+
+void TypedLengthLimit::paste(QClipboard::Mode mode) {
+    const QString text = QApplication::clipboard()->text(mode);
+    if (!insertLimited(text))
+        edit_->insert(text);
 }
 
 // Inserts what fits; true when the caller's own insertion must not run.
@@ -44,14 +40,13 @@ bool TypedLengthLimit::insertLimited(const QString &text) {
 bool TypedLengthLimit::contextMenu(const QPoint &globalPos) {
     QMenu *menu = edit_->createStandardContextMenu();
     for (QAction *action : menu->actions()) {
-        if (!isPaste(action))
+        // The paste item is the one connected to the field's paste slot, or, where Qt names the
+        // items, the one named after its icon; neither changes with the language.
+        if (action->objectName() != QLatin1String("edit-paste") &&
+            !disconnect(action, SIGNAL(triggered()), edit_, SLOT(paste())))
             continue;
         action->disconnect();
-        connect(action, &QAction::triggered, this, [this] {
-            const QString text = QApplication::clipboard()->text();
-            if (!insertLimited(text))
-                edit_->insert(text);
-        });
+        connect(action, &QAction::triggered, this, [this] { paste(QClipboard::Clipboard); });
     }
     menu->exec(globalPos);
     delete menu;
@@ -80,6 +75,15 @@ bool TypedLengthLimit::eventFilter(QObject *watched, QEvent *event) {
                                    input->replacementLength());
         return false;
     }
+    case QEvent::MouseButtonRelease:
+        // Where the window system has a selection, the middle button pastes it as QLineEdit
+        // does: at the caret the press placed, in place of no selection.
+        if (static_cast<QMouseEvent *>(event)->button() != Qt::MiddleButton ||
+            !QApplication::clipboard()->supportsSelection())
+            return false;
+        edit_->deselect();
+        paste(QClipboard::Selection);
+        return true;
     case QEvent::ContextMenu:
         return contextMenu(static_cast<QContextMenuEvent *>(event)->globalPos());
     default:

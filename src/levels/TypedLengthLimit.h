@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QClipboard>
 #include <QObject>
 
 class QLineEdit;
@@ -23,6 +24,7 @@ protected:
 
 private:
     bool insertLimited(const QString &text);
+    void paste(QClipboard::Mode mode);
     bool contextMenu(const QPoint &globalPos);
 
     QLineEdit *edit_;

@@ -127,6 +127,7 @@ private slots:
         row("digit then letter keeps the digit", "7q", "7q", 7, {InvalidCharacter});
         row("a blank alone is no number, then 5 is", " 5", " 5", 5, {InvalidCharacter});
         row("clearing shows and stores 0 quietly", "\b", "0", 0, {});
+        row("the 0 of a cleared field gives way to digits", "\b120", "120", 120, {});
     }
 
     void numberFieldsReadEveryKeystroke() {
@@ -172,6 +173,8 @@ private slots:
         row("objectives take three composed", "txtObjectives", "compose", "2109", "210", "210");
         row("time takes three typed", "txtTime", "type", "0099", "009", "9");
         row("time takes three pasted", "txtTime", "paste", "12345", "123", "123");
+        row("passcode takes five middle-clicked", "txtPasscode", "middle", "abcdefgh", "abcde",
+            "ABCDE ");
     }
 
     void insertedTextIsCutToTheTypingLimit() {
@@ -189,6 +192,12 @@ private slots:
             QTest::keyClicks(edit, text);
         } else if (how == "paste") {
             QTest::keySequence(edit, QKeySequence::Paste);
+        } else if (how == "middle") {
+            if (!QApplication::clipboard()->supportsSelection())
+                QSKIP("the platform has no selection to paste with the middle button");
+            QApplication::clipboard()->setText(text, QClipboard::Selection);
+            edit->clear(); // the press drops the selection the others type over
+            QTest::mouseClick(edit, Qt::MiddleButton);
         } else if (how == "menu") {
             pasteFromContextMenu(edit);
         } else {
