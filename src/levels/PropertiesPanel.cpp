@@ -1,9 +1,9 @@
 #include "levels/PropertiesPanel.h"
 
+#include "dialogs/Dialogs.h"
 #include "levels/ByteField.h"
 #include "levels/TypedLengthLimit.h"
 #include "levelset/Levelset.h"
-#include "shell/Dialogs.h"
 
 #include <QFontMetrics>
 #include <QGroupBox>

@@ -1,7 +1,7 @@
 #include "shell/frmAbout.h"
 
+#include "dialogs/Dialogs.h"
 #include "levelset/Levelset.h"
-#include "shell/Dialogs.h"
 #include "shell/SystemInfo.h"
 #include "shell/VersionText.h"
 

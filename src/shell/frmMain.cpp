@@ -1,9 +1,9 @@
 #include "shell/frmMain.h"
 
+#include "dialogs/Dialogs.h"
 #include "levels/LevelList.h"
 #include "levels/LevelResize.h"
 #include "levels/PropertiesPanel.h"
-#include "shell/Dialogs.h"
 #include "shell/SystemInfo.h"
 #include "shell/frmAbout.h"
 #include "view/LevelView.h"

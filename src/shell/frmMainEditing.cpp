@@ -1,7 +1,7 @@
 #include "shell/frmMain.h"
 
 #include "analysis/ObjectCounts.h"
-#include "shell/Dialogs.h"
+#include "dialogs/Dialogs.h"
 #include "view/CellFromPixel.h"
 #include "view/LevelView.h"
 #include "view/Marker.h"

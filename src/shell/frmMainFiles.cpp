@@ -1,9 +1,9 @@
 #include "shell/frmMain.h"
 
 #include "analysis/HolesAndGuards.h"
+#include "dialogs/Dialogs.h"
 #include "levelset/LevelsetFile.h"
 #include "levelset/LevelsetName.h"
-#include "shell/Dialogs.h"
 
 #include <QCoreApplication>
 
