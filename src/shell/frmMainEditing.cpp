@@ -1,6 +1,7 @@
 #include "shell/frmMain.h"
 
 #include "analysis/ObjectCounts.h"
+#include "analysis/TileCatalogue.h"
 #include "dialogs/Dialogs.h"
 #include "view/CellFromPixel.h"
 #include "view/LevelView.h"
@@ -19,8 +20,6 @@
 namespace {
 
 constexpr int CellSize = 16;
-// Palette ids from here on are grey cells without a tile.
-constexpr int PlaceableTiles = 178;
 
 QPoint cellOrigin(int x, int y) {
     return {CellSize * x, CellSize * y};
@@ -123,13 +122,13 @@ void frmMain::picTiles_MouseDown(Qt::MouseButton button, QPointF pos) {
     const int id = Tileset::Columns * row + column;
     if (button == Qt::LeftButton) {
         const auto tile = static_cast<std::uint8_t>(id);
-        if (tile < PlaceableTiles) {
+        if (isPlaceableTile(tile)) {
             selectedTile = tile;
             tileCursor->place(cellOrigin(column, row));
         }
     } else if (button == Qt::RightButton) {
         popupTile = id;
-        if (popupTile >= 0 && popupTile < PlaceableTiles)
+        if (isPlaceableTile(popupTile))
             runPopup(dialogs(), *mnuTilePopUp, picTiles->mapToGlobal(pos.toPoint()));
     }
     picTiles->present();

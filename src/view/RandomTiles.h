@@ -1,5 +1,7 @@
 #pragma once
 
+#include "analysis/TileCatalogue.h"
+
 #include <cstdint>
 #include <random>
 
@@ -8,8 +10,9 @@
 class RandomTiles {
 public:
     enum Mode { Wall = 1, Inside = 2, Outside = 3 };
-    // What a mode without a family gives; no editing command writes it.
-    static constexpr std::uint8_t NoTile = 255;
+    // What a mode without a family gives, the grey id that stands for no tile; no editing
+    // command writes it.
+    static constexpr std::uint8_t NoTile = Tile::OutsideLevel;
 
     // A uniform number in [0, 1) with 24 bits of resolution.
     float next();

@@ -1,25 +1,21 @@
 #include "view/SetFloor.h"
 
+#include "analysis/TileCatalogue.h"
 #include "levelset/LevelRecord.h"
 
 #include <cstdint>
-
-namespace {
-constexpr std::uint8_t NormalFloor = 0;
-constexpr std::uint8_t HatcheryFloor = 1;
-} // namespace
 
 int setFloor(LevelRecord &level) {
     std::uint8_t from = 0;
     std::uint8_t to = 0;
     switch (level.header[LevelRecord::LevelType]) {
     case 0:
-        from = HatcheryFloor;
-        to = NormalFloor;
+        from = Tile::HatcheryFloor;
+        to = Tile::NormalFloor;
         break;
     case 1:
-        from = NormalFloor;
-        to = HatcheryFloor;
+        from = Tile::NormalFloor;
+        to = Tile::HatcheryFloor;
         break;
     default:
         return 0;

@@ -1,5 +1,6 @@
 #include "view/drawLevel.h"
 
+#include "analysis/TileCatalogue.h"
 #include "levelset/LevelRecord.h"
 #include "view/Tileset.h"
 
@@ -13,7 +14,6 @@ constexpr int Cell = Tileset::CellSize;
 constexpr int Cells = LevelRecord::GridSize;
 constexpr int ViewSide = Cell * Cells;
 constexpr std::size_t CellRowBytes = Cell * sizeof(quint32);
-constexpr int OutsideId = 255;
 const QRgb Grey = qRgb(192, 192, 192);
 
 bool fitsTileset(const QImage &tileset) {
@@ -47,7 +47,7 @@ void drawLevel(const LevelRecord &level, QImage &target, const QImage &tileset) 
         // The first pixel row of each cell's source block in this row of cells.
         std::array<const uchar *, Cells> source;
         for (int x = 0; x < Cells; ++x) {
-            const int id = level.contains(x, y) ? level.tile(x, y) : OutsideId;
+            const int id = level.contains(x, y) ? level.tile(x, y) : Tile::OutsideLevel;
             const QPoint origin = Tileset::cellOrigin(id);
             source[x] = tileBits + origin.y() * tileStride + origin.x() * sizeof(quint32);
         }
