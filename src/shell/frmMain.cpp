@@ -78,6 +78,8 @@ void frmMain::updateLevelLabel() {
 }
 
 void frmMain::loadLevel(std::int16_t &level) {
+    if (level < 0 || level >= Levelset::MaxLevels)
+        return;
     const LevelRecord &record = levelset.levels[level];
     const auto cell = [&](LevelRecord::HeaderByte x, LevelRecord::HeaderByte y) {
         return QPoint(Tileset::CellSize * record.header[x], Tileset::CellSize * record.header[y]);

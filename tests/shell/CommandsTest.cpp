@@ -250,6 +250,14 @@ private slots:
         QVERIFY(Visible::of(e) == before);
     }
 
+    void showingALevelOutsideTheSetDoesNothing() {
+        EditorWindow e;
+        const Visible before = Visible::of(e);
+        for (std::int16_t level : {-1, 8})
+            e.window.loadLevel(level);
+        QVERIFY(Visible::of(e) == before);
+    }
+
     // Once the window goes, the other shown windows close, the newest first; a cancelled Exit
     // keeps them all (the prompt itself is the file tests' concern).
     void exitClosesTheOtherWindowsUnlessCancelled_data() {
