@@ -13,13 +13,13 @@ bool startDetached(const QString &path) {
     return QProcess::startDetached(path, {});
 }
 
+// Tools that describe the system: hardware, operating system, drivers. Process monitors
+// (gnome-system-monitor, mate-system-monitor) watch programs instead and are not on the list.
 const QStringList PathSystemInfo::KnownTools = {
     QStringLiteral("hardinfo2"),
     QStringLiteral("hardinfo"),
     QStringLiteral("kinfocenter"),
     QStringLiteral("lshw-gtk"),
-    QStringLiteral("gnome-system-monitor"),
-    QStringLiteral("mate-system-monitor"),
 };
 
 PathSystemInfo::PathSystemInfo(QString searchPath, Launcher launcher)

@@ -61,12 +61,14 @@ private slots:
         QTest::newRow("nothing") << QStringList{} << "";
         QTest::newRow("one tool") << QStringList{"1/kinfocenter*"} << "1/kinfocenter";
         QTest::newRow("list order beats folder order")
-            << QStringList{"0/gnome-system-monitor*", "1/hardinfo*"} << "1/hardinfo";
+            << QStringList{"0/lshw-gtk*", "1/hardinfo*"} << "1/hardinfo";
         QTest::newRow("folder order within one tool")
             << QStringList{"0/hardinfo*", "1/hardinfo*"} << "0/hardinfo";
         QTest::newRow("a file that cannot run is passed over")
             << QStringList{"1/lshw-gtk*", "0/hardinfo2"} << "1/lshw-gtk";
         QTest::newRow("unknown programs are ignored") << QStringList{"0/top*", "0/htop*"} << "";
+        QTest::newRow("process monitors show no system information")
+            << QStringList{"0/gnome-system-monitor*", "1/mate-system-monitor*"} << "";
     }
     void pathSearchTakesTheFirstKnownTool() {
         QFETCH(QStringList, files);
