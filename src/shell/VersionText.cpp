@@ -1,10 +1,12 @@
 #include "shell/VersionText.h"
 
-#include <QCoreApplication>
 #include <QVersionNumber>
 
-QString versionText() {
-    const QVersionNumber version =
-        QVersionNumber::fromString(QCoreApplication::applicationVersion());
-    return QStringLiteral("Version %1.%2").arg(version.majorVersion()).arg(version.minorVersion());
+QString applicationVersion() {
+    return QStringLiteral(KST_VERSION);
+}
+
+QString versionText(const QString &version) {
+    const QVersionNumber number = QVersionNumber::fromString(version);
+    return QStringLiteral("Version %1.%2").arg(number.majorVersion()).arg(number.minorVersion());
 }

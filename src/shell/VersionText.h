@@ -2,5 +2,8 @@
 
 #include <QString>
 
-// "Version 2.0": the application's version, major and minor number.
-QString versionText();
+// The version the program is built as: the build's project version, "2.0".
+QString applicationVersion();
+
+// "Version 2.0": the major and minor number of a version.
+QString versionText(const QString &version = applicationVersion());

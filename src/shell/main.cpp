@@ -1,4 +1,5 @@
 #include "shell/Main.h"
+#include "shell/VersionText.h"
 #include "shell/frmMain.h"
 
 #include <QApplication>
@@ -6,7 +7,7 @@
 int main(int argc, char *argv[]) {
     QApplication application(argc, argv);
     QCoreApplication::setApplicationName(QStringLiteral("KstEdit"));
-    QCoreApplication::setApplicationVersion(QStringLiteral("2.0"));
+    QCoreApplication::setApplicationVersion(applicationVersion());
 
     const std::unique_ptr<frmMain> window = Main();
     return application.exec();

@@ -55,7 +55,6 @@ class AboutTest : public QObject {
     const QByteArray savedPath_ = qgetenv("PATH");
 
 private slots:
-    void init() { QCoreApplication::setApplicationVersion("2.0"); }
     void cleanup() { qputenv("PATH", savedPath_); }
 
     // The window is built anew each time it opens: a second opening shows the same texts.
@@ -182,8 +181,6 @@ private slots:
     void versionShowsMajorAndMinor_data() {
         QTest::addColumn<QString>("version");
         QTest::addColumn<QString>("shown");
-        QTest::newRow("release") << "2.0"
-                                 << "Version 2.0";
         QTest::newRow("patch level is not shown") << "3.14.2"
                                                   << "Version 3.14";
         QTest::newRow("major only") << "4"
@@ -192,8 +189,7 @@ private slots:
     void versionShowsMajorAndMinor() {
         QFETCH(QString, version);
         QFETCH(QString, shown);
-        QCoreApplication::setApplicationVersion(version);
-        QCOMPARE(versionText(), shown);
+        QCOMPARE(versionText(version), shown);
     }
 
     void splashNamesProductPlatformAndVersion() {
