@@ -13,27 +13,30 @@
 
 namespace {
 
+// The buttons left to right. The key names the button and its picture in the image list, and
+// a click runs the handler of the menu item whose command the button offers.
 struct ToolbarButton {
     const char *key; // null for a separator
     const char *tooltip;
+    void (frmMain::*handler)();
 };
 
 constexpr ToolbarButton Buttons[] = {
-    {"New", "New Levelset"},
-    {"Open", "Open"},
-    {"Save", "Save"},
-    {nullptr, nullptr},
-    {"DWidth", "Decrease Width"},
-    {"IWidth", "Increase Width"},
-    {"DHeight", "Decrease Height"},
-    {"IHeight", "Increase Height"},
-    {nullptr, nullptr},
-    {"AddLevel", "Add a Level"},
-    {"RemoveLevel", "Remove a Level"},
-    {"PreviousLevel", "Go to Previous Level"},
-    {"NextLevel", "Go to Next Level"},
-    {nullptr, nullptr},
-    {"About", "About"},
+    {"New", "New Levelset", &frmMain::mnuFileNew_Click},
+    {"Open", "Open", &frmMain::mnuFileOpen_Click},
+    {"Save", "Save", &frmMain::mnuFileSave_Click},
+    {nullptr, nullptr, nullptr},
+    {"DWidth", "Decrease Width", &frmMain::mnuLevelDecreaseWidth_Click},
+    {"IWidth", "Increase Width", &frmMain::mnuLevelIncreaseWidth_Click},
+    {"DHeight", "Decrease Height", &frmMain::mnuLevelDecreaseHeight_Click},
+    {"IHeight", "Increase Height", &frmMain::mnuLevelIncreaseHeight_Click},
+    {nullptr, nullptr, nullptr},
+    {"AddLevel", "Add a Level", &frmMain::mnuLevelAdd_Click},
+    {"RemoveLevel", "Remove a Level", &frmMain::mnuLevelRemove_Click},
+    {"PreviousLevel", "Go to Previous Level", &frmMain::mnuLevelPrevious_Click},
+    {"NextLevel", "Go to Next Level", &frmMain::mnuLevelNext_Click},
+    {nullptr, nullptr, nullptr},
+    {"About", "About", &frmMain::mnuHelpAbout_Click},
 };
 
 constexpr QSize ButtonSize(23, 22);
@@ -80,6 +83,16 @@ void frmMain::createToolbar() {
     }
     connect(tbToolBar, &QToolBar::actionTriggered, this,
             [this](QAction *action) { tbToolBar_ButtonClick(action->data().toString()); });
+}
+
+// Compares the key exactly, case included, with the table's keys in order.
+void frmMain::tbToolBar_ButtonClick(const QString &key) {
+    for (const ToolbarButton &button : Buttons) {
+        if (button.key && key == QLatin1StringView(button.key)) {
+            (this->*button.handler)();
+            return;
+        }
+    }
 }
 
 void frmMain::createStatusBar() {

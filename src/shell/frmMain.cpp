@@ -18,9 +18,9 @@
 #include <QScreen>
 #include <QWindow>
 
-// The window itself, the routines that show a level, the level list and resize commands, the
-// toolbar dispatch and About. The controls are built in MainControls.cpp, the menus in
-// MainMenus.cpp and the toolbar and status bar in MainToolbar.cpp.
+// The window itself, the routines that show a level, the level list and resize commands and
+// About. The controls are built in MainControls.cpp, the menus in MainMenus.cpp and the toolbar,
+// with its dispatch, and the status bar in MainToolbar.cpp.
 
 frmMain::frmMain(Dialogs *dialogs, QWidget *parent)
     : QMainWindow(parent, Qt::Window | Qt::CustomizeWindowHint | Qt::WindowTitleHint |
@@ -145,29 +145,6 @@ void frmMain::mnuLevelDecreaseHeight_Click() {
 void frmMain::mnuLevelIncreaseHeight_Click() {
     increaseHeight(levelset.current());
     drawLevel(levelset.currentLevel);
-}
-
-void frmMain::tbToolBar_ButtonClick(const QString &key) {
-    static const std::pair<QLatin1StringView, void (frmMain::*)()> commands[] = {
-        {QLatin1StringView("New"), &frmMain::mnuFileNew_Click},
-        {QLatin1StringView("Open"), &frmMain::mnuFileOpen_Click},
-        {QLatin1StringView("Save"), &frmMain::mnuFileSave_Click},
-        {QLatin1StringView("DWidth"), &frmMain::mnuLevelDecreaseWidth_Click},
-        {QLatin1StringView("IWidth"), &frmMain::mnuLevelIncreaseWidth_Click},
-        {QLatin1StringView("DHeight"), &frmMain::mnuLevelDecreaseHeight_Click},
-        {QLatin1StringView("IHeight"), &frmMain::mnuLevelIncreaseHeight_Click},
-        {QLatin1StringView("AddLevel"), &frmMain::mnuLevelAdd_Click},
-        {QLatin1StringView("RemoveLevel"), &frmMain::mnuLevelRemove_Click},
-        {QLatin1StringView("PreviousLevel"), &frmMain::mnuLevelPrevious_Click},
-        {QLatin1StringView("NextLevel"), &frmMain::mnuLevelNext_Click},
-        {QLatin1StringView("About"), &frmMain::mnuHelpAbout_Click},
-    };
-    for (const auto &[name, handler] : commands) {
-        if (key == name) {
-            (this->*handler)();
-            return;
-        }
-    }
 }
 
 void frmMain::mnuHelpAbout_Click() {

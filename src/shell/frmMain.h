@@ -23,9 +23,10 @@ class QToolBar;
 class TilePalette;
 
 // The main window: owns the one levelset, the editing state and every control. Its handlers are
-// grouped by concern: frmMain.cpp (window, menus, level list, resizing, toolbar, About),
-// frmMainEditing.cpp (mouse, palette, popups, view items, right-button modes, Set Floor,
-// counts) and frmMainFiles.cpp (file commands, the close request, saveLevelset).
+// grouped by concern: frmMain.cpp (window, menus, level list, resizing, About), MainToolbar.cpp
+// (the toolbar's buttons and dispatch), frmMainEditing.cpp (mouse, palette, popups, view items,
+// right-button modes, Set Floor, counts) and frmMainFiles.cpp (file commands, the close
+// request, saveLevelset).
 class frmMain : public QMainWindow {
     Q_OBJECT
 public:
@@ -131,6 +132,8 @@ public:
     void mnuLevelPrevious_Click();
     void mnuLevelNext_Click();
     void mnuHelpAbout_Click();
+
+    // MainToolbar.cpp
     void tbToolBar_ButtonClick(const QString &key);
 
     // frmMainEditing.cpp
