@@ -3,7 +3,7 @@
 #include "view/LevelView.h"
 #include "view/Marker.h"
 #include "view/TilePalette.h"
-#include "view/Tileset.h"
+#include "view/TilesetPicture.h"
 
 #include <QFrame>
 #include <QLabel>
@@ -47,6 +47,11 @@ void frmMain::createControls() {
 
     QFrame *levelBorder =
         sunkenBorder(QStringLiteral("picLevelBorder"), QRect(136, 32, 516, 516), client);
+    // The one tileset image, from which the level view and the palette draw.
+    picTileset = new TilesetPicture(client);
+    picTileset->setObjectName(QStringLiteral("picTileset"));
+    picTileset->setGeometry(ClientSize.width() + 8, 32, 132, 516);
+
     picLevel = new LevelView(levelBorder);
     picLevel->setObjectName(QStringLiteral("picLevel"));
     picLevel->setGeometry(inside(levelBorder));
@@ -54,18 +59,10 @@ void frmMain::createControls() {
 
     QFrame *tilesBorder =
         sunkenBorder(QStringLiteral("picTilesBorder"), QRect(664, 32, 132, 516), client);
-    picTiles = new TilePalette(tilesBorder);
+    picTiles = new TilePalette(picTileset->image(), tilesBorder);
     picTiles->setObjectName(QStringLiteral("picTiles"));
     picTiles->setGeometry(inside(tilesBorder));
     picTiles->setFocusPolicy(Qt::StrongFocus);
-
-    // The drawing source of the level view: it holds the tileset and is never shown.
-    auto *tileset = new QLabel(client);
-    tileset->setObjectName(QStringLiteral("picTileset"));
-    tileset->setPixmap(QPixmap::fromImage(Tileset::image()));
-    tileset->setGeometry(ClientSize.width() + 8, 32, 132, 516);
-    tileset->hide();
-    picTileset = tileset;
 
     panel = new PropertiesPanel(levelset, dialogs(), client);
 

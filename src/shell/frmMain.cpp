@@ -8,7 +8,7 @@
 #include "shell/frmAbout.h"
 #include "view/LevelView.h"
 #include "view/Marker.h"
-#include "view/Tileset.h"
+#include "view/TilesetPicture.h"
 
 #include <QCloseEvent>
 #include <QGuiApplication>
@@ -69,7 +69,7 @@ void frmMain::newLevelset() {
 }
 
 void frmMain::drawLevel(std::int16_t level) {
-    picLevel->drawLevel(levelset.levels[level]);
+    picLevel->drawLevel(levelset.levels[level], picTileset->image());
     picLevel->present();
 }
 

@@ -21,6 +21,7 @@ class QMenu;
 class QStatusBar;
 class QToolBar;
 class TilePalette;
+class TilesetPicture;
 
 // The main window: owns the one levelset, the editing state and every control. Its handlers are
 // grouped by concern: frmMain.cpp (window, menus, level list, resizing, About), MainToolbar.cpp
@@ -56,7 +57,7 @@ public:
     QLabel *lblLevelNum = nullptr;
     LevelView *picLevel = nullptr;
     TilePalette *picTiles = nullptr;
-    QWidget *picTileset = nullptr;
+    TilesetPicture *picTileset = nullptr;
     PropertiesPanel *panel = nullptr;
     Marker *levelCursor = nullptr;
     Marker *shpStart = nullptr;

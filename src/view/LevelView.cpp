@@ -20,8 +20,8 @@ LevelView::LevelView(QWidget *parent) : QWidget(parent), image_(Side, Side, QIma
     setFocusPolicy(Qt::StrongFocus);
 }
 
-void LevelView::drawLevel(const LevelRecord &level) {
-    ::drawLevel(level, image_);
+void LevelView::drawLevel(const LevelRecord &level, const QImage &tileset) {
+    ::drawLevel(level, image_, tileset);
 }
 
 void LevelView::present() {

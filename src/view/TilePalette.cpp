@@ -1,13 +1,12 @@
 #include "view/TilePalette.h"
 
-#include "view/Tileset.h"
-
 #include <QMouseEvent>
 #include <QPainter>
 
-TilePalette::TilePalette(QWidget *parent) : QWidget(parent) {
+TilePalette::TilePalette(const QImage &tileset, QWidget *parent)
+    : QWidget(parent), tileset_(tileset) {
     setObjectName(QStringLiteral("picTiles"));
-    setFixedSize(Tileset::image().size());
+    setFixedSize(tileset_.size());
     setAttribute(Qt::WA_OpaquePaintEvent);
     setFocusPolicy(Qt::StrongFocus);
 }
@@ -18,7 +17,7 @@ void TilePalette::present() {
 
 void TilePalette::paintEvent(QPaintEvent *event) {
     QPainter painter(this);
-    painter.drawImage(event->rect(), Tileset::image(), event->rect());
+    painter.drawImage(event->rect(), tileset_, event->rect());
 }
 
 void TilePalette::mousePressEvent(QMouseEvent *event) {

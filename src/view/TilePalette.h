@@ -1,12 +1,13 @@
 #pragma once
 
+#include <QImage>
 #include <QWidget>
 
-// picTiles: the palette, 128 x 512, showing the whole tileset image unchanged.
+// picTiles: the palette, 128 x 512, showing the whole tileset image it is given unchanged.
 class TilePalette : public QWidget {
     Q_OBJECT
 public:
-    explicit TilePalette(QWidget *parent = nullptr);
+    explicit TilePalette(const QImage &tileset, QWidget *parent = nullptr);
 
     void present(); // synchronous repaint
 
@@ -16,4 +17,7 @@ signals:
 protected:
     void paintEvent(QPaintEvent *event) override;
     void mousePressEvent(QMouseEvent *event) override;
+
+private:
+    QImage tileset_;
 };

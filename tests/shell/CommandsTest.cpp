@@ -104,7 +104,7 @@ private slots:
         // At the smallest size the command still repaints a view that shows nothing.
         for (auto command :
              {&frmMain::mnuLevelDecreaseWidth_Click, &frmMain::mnuLevelDecreaseHeight_Click}) {
-            w.picLevel->drawLevel(LevelRecord{});
+            w.picLevel->drawLevel(LevelRecord{}, w.picTileset->image());
             (w.*command)();
             QVERIFY(!e.cellIsGrey(0, 0));
         }

@@ -9,6 +9,7 @@
 #include "view/LevelView.h"
 #include "view/Marker.h"
 #include "view/TilePalette.h"
+#include "view/TilesetPicture.h"
 
 #include <QApplication>
 #include <QLabel>
