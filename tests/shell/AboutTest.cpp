@@ -223,12 +223,27 @@ private slots:
         QVERIFY(splash.isVisible());
     }
 
+    // The splash is on the screen, painted, before the main window is built.
     void startUpClosesTheSplashBeforeShowingTheLoadedWindow() {
         StartUpRecorder recorder;
         qApp->installEventFilter(&recorder);
-        std::unique_ptr<frmMain> window = Main();
+        QImage onScreen, splashPicture;
+        std::unique_ptr<frmMain> window = Main([&] {
+            for (QWidget *top : QApplication::topLevelWidgets())
+                if (auto *splash = qobject_cast<frmSplash *>(top)) {
+                    onScreen = splash->screen()
+                                   ->grabWindow(0, splash->x(), splash->y(), splash->width(),
+                                                splash->height())
+                                   .toImage();
+                    splashPicture = splash->grab().toImage();
+                }
+            return std::make_unique<frmMain>();
+        });
         qApp->removeEventFilter(&recorder);
 
+        QVERIFY(!splashPicture.isNull());
+        QCOMPARE(onScreen.convertToFormat(QImage::Format_RGB32),
+                 splashPicture.convertToFormat(QImage::Format_RGB32));
         QCOMPARE(recorder.steps, (QStringList{"splash shown", "splash gone", "main shown"}));
         QCOMPARE(recorder.labelWhenShown, "Level: 1 / 1");
         QVERIFY(window->isVisible());
