@@ -23,6 +23,8 @@ void showOnScreen(frmSplash &splash) {
     while (!splash.windowHandle()->isExposed() && !deadline.hasExpired())
         QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
     splash.repaint();
+    // Hands the painted pixels to the window system before the main window's build holds the
+    // event loop up.
     QCoreApplication::processEvents(QEventLoop::ExcludeUserInputEvents);
 }
 
