@@ -3,6 +3,7 @@
 # display with the openbox window manager, as a user's desktop runs the editor: a real X server's
 # key bindings, focus handed back by the window manager after a modal window closes, and window
 # decorations. Exits with the program's status; the servers it started end with it.
+# shellcheck disable=SC2317 # end_session and wm_running run through trap and waits
 set -euo pipefail
 
 for tool in Xvfb openbox xprop; do
@@ -42,7 +43,8 @@ Xvfb -displayfd 3 -screen 0 1280x1024x24 -nolisten tcp 3>"$session/display" \
     >"$session/xvfb.log" 2>&1 &
 xvfb=$!
 waits 20 "the X server" test -s "$session/display"
-export DISPLAY=":$(head -1 "$session/display")"
+DISPLAY=":$(head -1 "$session/display")"
+export DISPLAY
 
 # A window manager is up once it has named its check window on the root window.
 openbox --sm-disable >"$session/openbox.log" 2>&1 &
