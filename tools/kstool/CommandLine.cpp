@@ -76,3 +76,16 @@ int fail(int status, const QString &message) {
     printError(QStringLiteral("kstool: ") + message + QLatin1Char('\n'));
     return status;
 }
+
+std::optional<int> wholeNumber(const QString &text, int low, int high) {
+    bool ok = false;
+    const int value = text.toInt(&ok);
+    if (!ok || value < low || value > high)
+        return std::nullopt;
+    return value;
+}
+
+std::optional<int> scaleOption(const CommandLine &line) {
+    const QString name = QStringLiteral("--scale");
+    return line.has(name) ? wholeNumber(line.value(name), 1, MaxScale) : 1;
+}

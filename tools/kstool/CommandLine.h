@@ -3,6 +3,7 @@
 #include <QHash>
 #include <QString>
 #include <QStringList>
+#include <optional>
 
 // Exit statuses shared by every command.
 enum ExitStatus { Success = 0, InputProblem = 1, WrongUsage = 2 };
@@ -32,3 +33,13 @@ void printOut(const QString &text);
 void printError(const QString &text);
 // "kstool: " + message on standard error, and the status to return.
 int fail(int status, const QString &message);
+
+// The text as a whole number from low to high, or nullopt.
+std::optional<int> wholeNumber(const QString &text, int low, int high);
+
+// The --scale option of the commands that draw: 1 when not given, nullopt when it is not a
+// whole number from 1 to MaxScale.
+inline constexpr int MaxScale = 8;
+std::optional<int> scaleOption(const CommandLine &line);
+inline const QString ScaleError =
+    QStringLiteral("--scale takes a whole number from 1 to %1").arg(MaxScale);
