@@ -7,6 +7,9 @@
 
 // Exit statuses shared by every command.
 enum ExitStatus { Success = 0, InputProblem = 1, WrongUsage = 2 };
+// diff and merge exit as diff(1) does: 0 the same or merged cleanly, 1 different or in
+// conflict, 2 trouble (wrong usage among it).
+enum ComparisonStatus { Different = 1, Conflicted = 1, Trouble = 2 };
 
 struct OptionSpec {
     QString name;      // "--output"

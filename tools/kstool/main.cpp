@@ -18,6 +18,8 @@ const Command Commands[] = {
     {"export", runExport, "write a levelset as JSON or as Tiled maps"},
     {"import", runImport, "write a levelset from JSON or Tiled maps"},
     {"sheet", runSheet, "draw the tileset reference sheet"},
+    {"diff", runDiff, "show what changed between two levelsets, also as a picture"},
+    {"merge", runMerge, "merge two levelsets' changes to a common base (a git merge driver)"},
 };
 
 QString help() {
@@ -34,7 +36,9 @@ QString help() {
                            "\"kstool COMMAND --help\" describes a command.\n"
                            "\n"
                            "Exit status: 0 success, 1 a problem found in the input (or a file\n"
-                           "that cannot be read or written), 2 wrong usage.\n");
+                           "that cannot be read or written), 2 wrong usage. diff and merge exit\n"
+                           "as diff(1) does: 0 no difference or a clean merge, 1 different or\n"
+                           "in conflict, 2 trouble.\n");
     return text;
 }
 
