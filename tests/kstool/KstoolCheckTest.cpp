@@ -23,7 +23,8 @@ private slots:
         row("no command", {}, 2, "Usage: kstool COMMAND");
         row("general help", {"--help"}, 0, "Usage: kstool COMMAND");
         row("unknown command", {"frob"}, 2, "unknown command \"frob\"");
-        for (const QString command : {"check", "info", "render", "export", "import", "sheet"})
+        for (const QString command :
+             {"check", "info", "render", "export", "import", "sheet", "diff", "merge"})
             row(command + " --help", {command, "--help"}, 0, "Usage: kstool " + command);
         row("check without a file", {"check"}, 2, "no file to check");
         row("unknown option", {"check", "--frob", "a.kst"}, 2, "unknown option --frob");
@@ -50,6 +51,13 @@ private slots:
         row("import to a picture", {"import", "in.json", "-o", "out.png"}, 2, "zkstl???.kst");
         row("sheet with a stray argument", {"sheet", "x", "-o", "s.png"}, 2,
             "unexpected argument x");
+        row("diff of one file", {"diff", "zkstlabc.kst"}, 2, "give two levelset files");
+        row("diff at scale 9", {"diff", "zkstlabc.kst", "zkstlabc.kst", "--scale", "9"}, 2,
+            "--scale takes");
+        row("merge without output", {"merge", "zkstlabc.kst", "zkstlabc.kst", "zkstlabc.kst"}, 2,
+            "-o OUT");
+        row("export both to a file and to stdout",
+            {"export", "zkstlabc.kst", "-o", "a.json", "--stdout"}, 2, "or give --stdout");
     }
     void usage() {
         QFETCH(QStringList, arguments);

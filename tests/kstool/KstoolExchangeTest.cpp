@@ -20,6 +20,9 @@ QByteArray exported(const KstoolFolder &folder, const QByteArray &bytes) {
     folder.write("zkstlsrc.kst", bytes);
     const KstoolRun run = folder.run({"export", "zkstlsrc.kst", "-o", "out.json"});
     [&] { QVERIFY2(run.exitCode == 0 && run.err.isEmpty(), qPrintable(run.err)); }();
+    // What git's textconv reads is the very file.
+    const KstoolRun printed = folder.run({"export", "zkstlsrc.kst", "--stdout"});
+    [&] { QCOMPARE(printed.out.toUtf8(), folder.read("out.json")); }();
     return folder.read("out.json");
 }
 
