@@ -1,7 +1,7 @@
 #!/usr/bin/env bash
 # Installs a built tree into a fresh prefix and checks what a desktop expects to find there:
-# the two programs in bin, the menu entry, and the icon at each size under the name the entry
-# gives. Nothing else may be installed.
+# the two programs in bin, kstool's drawing module, the menu entry, and the icon at each size
+# under the name the entry gives. Nothing else may be installed.
 #
 # Usage: install_layout.sh BUILD-DIR    (CMAKE names the cmake to run; default: the one on PATH)
 set -euo pipefail
@@ -17,8 +17,10 @@ fail() {
 
 "${CMAKE:-cmake}" --install "$build" --prefix "$prefix" >/dev/null || fail "cmake --install failed"
 
+libdir=$(sed -n 's/^CMAKE_INSTALL_LIBDIR:PATH=//p' "$build/CMakeCache.txt")
 expected="bin/KstEdit
 bin/kstool
+${libdir:-lib}/kstool/kstool-draw.so
 share/applications/kstedit.desktop
 share/icons/hicolor/16x16/apps/kstedit.png
 share/icons/hicolor/32x32/apps/kstedit.png"
@@ -29,6 +31,9 @@ installed=$(cd "$prefix" && find . -type f -o -type l | sed 's|^\./||' | LC_ALL=
 for program in KstEdit kstool; do
     [ -x "$prefix/bin/$program" ] || fail "bin/$program is not executable"
 done
+# kstool finds its drawing module where it was installed.
+"$prefix/bin/kstool" sheet -o "$prefix/sheet.png" || fail "the installed kstool cannot draw"
+rm "$prefix/sheet.png"
 
 # A PNG holds its width and height as big-endian 32-bit numbers at bytes 16 and 20.
 png_size() {

@@ -30,18 +30,13 @@ QStringList caption(int level, const LevelChanges &changes) {
 
 } // namespace
 
-QImage changesPicture(const WholeLevelset &older, const WholeLevelset &newer,
-                      const LevelsetChanges &changes, int scale) {
-    Levelset shown = newer.levelset();
-    const Levelset removed = older.levelset();
+QImage changesPicture(const Levelset &shown, const QList<LevelChanges> &levels, int scale) {
     QList<int> indexes;
     QList<QStringList> captions;
     qsizetype textLines = 0;
-    for (int level = 0; level < changes.levels.size(); ++level) {
-        if (changes.levels[level].status == LevelChanges::Status::Removed)
-            shown.levels[level] = removed.levels[level];
+    for (int level = 0; level < levels.size(); ++level) {
         indexes << level;
-        captions << caption(level, changes.levels[level]);
+        captions << caption(level, levels[level]);
         textLines = std::max(textLines, captions.last().size());
     }
 
@@ -59,7 +54,7 @@ QImage changesPicture(const WholeLevelset &older, const WholeLevelset &newer,
     painter.setPen(Qt::white);
     const QFontMetrics metrics(font);
     for (int place = 0; place < indexes.size(); ++place) {
-        for (const QPoint &cell : changes.levels[indexes[place]].cells)
+        for (const QPoint &cell : levels[place].cells)
             LevelStrip::outlineCell(painter, LevelStrip::cellOrigin(place, cell.x(), cell.y()),
                                     ChangedCellColour);
         QPoint line = LevelStrip::levelOrigin(place) +

@@ -8,10 +8,8 @@
 // Outlines changed cells in a colour that no marker of the editor uses.
 inline const QColor ChangedCellColour(255, 0, 255);
 
-// Every level either levelset has, side by side as kstool render lays them out: the newer
-// level, or the older one where the newer levelset removed it. Each changed cell is outlined,
-// and under each level stand its number, whether it was added or removed, and the changes of
-// its header and passcode. Every pixel is enlarged to scale x scale; text is drawn at that
-// size. Needs a running QGuiApplication (TextPainting.h).
-QImage changesPicture(const WholeLevelset &older, const WholeLevelset &newer,
-                      const LevelsetChanges &changes, int scale);
+// The first levels.size() levels of shown (shownLevels()), side by side as kstool render lays
+// them out. Each changed cell is outlined, and under each level stand its number, whether it
+// was added or removed, and the changes of its header and passcode. Every pixel is enlarged to
+// scale x scale; text is drawn at that size. Needs a running QGuiApplication (TextPainting.h).
+QImage changesPicture(const Levelset &shown, const QList<LevelChanges> &levels, int scale);

@@ -1,4 +1,5 @@
 #include "CommandLine.h"
+#include "Commands.h"
 
 #include <cstdio>
 
@@ -88,4 +89,9 @@ std::optional<int> wholeNumber(const QString &text, int low, int high) {
 std::optional<int> scaleOption(const CommandLine &line) {
     const QString name = QStringLiteral("--scale");
     return line.has(name) ? wholeNumber(line.value(name), 1, MaxScale) : 1;
+}
+
+int usageError(const QString &command, const QString &message) {
+    printError(QStringLiteral("kstool %1: %2\nTry \"kstool %1 --help\".\n").arg(command, message));
+    return WrongUsage;
 }

@@ -1,10 +1,6 @@
-#include "ChangesPicture.h"
 #include "CommandLine.h"
 #include "Commands.h"
-#include "PngOutput.h"
-#include "TextPainting.h"
-
-#include "view/Tileset.h"
+#include "DrawingModule.h"
 
 namespace {
 
@@ -77,10 +73,8 @@ int runDiff(const QStringList &arguments) {
 
     const QString output = line.value(QStringLiteral("--output"));
     if (!output.isEmpty()) {
-        if (Tileset::image().isNull())
-            return fail(Trouble, QStringLiteral("the tileset image is missing from this build"));
-        const auto application = startTextPainting();
-        const QString error = writePng(changesPicture(older, newer, changes, *scale), output);
+        const QString error = writeChangesPicture(shownLevels(older, newer, changes),
+                                                  changes.levels, *scale, output);
         if (!error.isEmpty())
             return fail(Trouble, error);
     }

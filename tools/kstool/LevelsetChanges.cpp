@@ -80,3 +80,13 @@ LevelsetChanges compareLevelsets(const WholeLevelset &older, const WholeLevelset
     }
     return changes;
 }
+
+Levelset shownLevels(const WholeLevelset &older, const WholeLevelset &newer,
+                     const LevelsetChanges &changes) {
+    Levelset shown = newer.levelset();
+    const Levelset removed = older.levelset();
+    for (int level = 0; level < changes.levels.size(); ++level)
+        if (changes.levels[level].status == LevelChanges::Status::Removed)
+            shown.levels[level] = removed.levels[level];
+    return shown;
+}

@@ -28,3 +28,8 @@ struct LevelsetChanges {
 // with their count and the box they lie in.
 inline constexpr int MaxListedCells = 20;
 LevelsetChanges compareLevelsets(const WholeLevelset &older, const WholeLevelset &newer);
+
+// The levels a picture of the changes shows: the newer levelset's, and the older one's where
+// the newer levelset removed a level.
+Levelset shownLevels(const WholeLevelset &older, const WholeLevelset &newer,
+                     const LevelsetChanges &changes);

@@ -44,11 +44,6 @@ QString help() {
 
 } // namespace
 
-int usageError(const QString &command, const QString &message) {
-    printError(QStringLiteral("kstool %1: %2\nTry \"kstool %1 --help\".\n").arg(command, message));
-    return WrongUsage;
-}
-
 int main(int argc, char *argv[]) {
     QStringList arguments;
     for (int i = 1; i < argc; ++i)
