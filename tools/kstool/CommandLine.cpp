@@ -95,3 +95,15 @@ int usageError(const QString &command, const QString &message) {
     printError(QStringLiteral("kstool %1: %2\nTry \"kstool %1 --help\".\n").arg(command, message));
     return WrongUsage;
 }
+
+ParsedCommand parseCommand(const QString &command, const QStringList &arguments,
+                           const QList<OptionSpec> &options, const QString &help) {
+    ParsedCommand parsed{CommandLine::parse(arguments, options), std::nullopt};
+    if (!parsed.line.error.isEmpty()) {
+        parsed.done = usageError(command, parsed.line.error);
+    } else if (parsed.line.has(QStringLiteral("--help"))) {
+        printOut(help);
+        parsed.done = Success;
+    }
+    return parsed;
+}

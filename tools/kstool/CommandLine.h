@@ -31,6 +31,16 @@ struct CommandLine {
     static CommandLine parse(const QStringList &arguments, const QList<OptionSpec> &options);
 };
 
+// A command's arguments parsed with its options. After --help there is nothing to run, and
+// neither after wrong usage: the help is printed or the error reported (usageError, in
+// Commands.h), and done holds the exit status the command returns.
+struct ParsedCommand {
+    CommandLine line;
+    std::optional<int> done;
+};
+ParsedCommand parseCommand(const QString &command, const QStringList &arguments,
+                           const QList<OptionSpec> &options, const QString &help);
+
 // Writes text to standard output or standard error as UTF-8.
 void printOut(const QString &text);
 void printError(const QString &text);

@@ -41,15 +41,13 @@ const QString Help = QStringLiteral(
 
 int runDiff(const QStringList &arguments) {
     const QString command = QStringLiteral("diff");
-    const CommandLine line =
-        CommandLine::parse(arguments, {{QStringLiteral("--output"), QStringLiteral("-o"), true},
-                                       {QStringLiteral("--scale"), QString(), true}});
-    if (!line.error.isEmpty())
-        return usageError(command, line.error);
-    if (line.has(QStringLiteral("--help"))) {
-        printOut(Help);
-        return Success;
-    }
+    const auto [line, done] =
+        parseCommand(command, arguments,
+                     {{QStringLiteral("--output"), QStringLiteral("-o"), true},
+                      {QStringLiteral("--scale"), QString(), true}},
+                     Help);
+    if (done)
+        return *done;
     if (line.positional.size() != 2)
         return usageError(command, QStringLiteral("give two levelset files, OLD and NEW"));
     const std::optional<int> scale = scaleOption(line);
@@ -73,8 +71,8 @@ int runDiff(const QStringList &arguments) {
 
     const QString output = line.value(QStringLiteral("--output"));
     if (!output.isEmpty()) {
-        const QString error = writeChangesPicture(shownLevels(older, newer, changes),
-                                                  changes.levels, *scale, output);
+        const QString error =
+            writeChangesPicture(shownLevels(older, newer, changes), changes.levels, *scale, output);
         if (!error.isEmpty())
             return fail(Trouble, error);
     }

@@ -15,8 +15,9 @@ QString loadError;
 // library folder once installed.
 const DrawingModule *load() {
     const QString folder = QFileInfo(QFile::symLinkTarget(QStringLiteral("/proc/self/exe"))).path();
-    for (const QString &path : {folder + QStringLiteral("/kstool-draw.so"),
-                                folder + QStringLiteral("/" KSTOOL_MODULE_FROM_BIN "/kstool-draw.so")}) {
+    for (const QString &path :
+         {folder + QStringLiteral("/kstool-draw.so"),
+          folder + QStringLiteral("/" KSTOOL_MODULE_FROM_BIN "/kstool-draw.so")}) {
         void *handle = dlopen(QFile::encodeName(path).constData(), RTLD_NOW | RTLD_LOCAL);
         if (!handle) {
             loadError = QString::fromLocal8Bit(dlerror());
@@ -57,6 +58,5 @@ QString writeTilesetPng(const QString &path) {
 
 QString writeChangesPicture(const Levelset &shown, const QList<LevelChanges> &levels, int scale,
                             const QString &path) {
-    return drawing() ? drawing()->writeChangesPicture(shown, levels, scale, path)
-                     : missingModule();
+    return drawing() ? drawing()->writeChangesPicture(shown, levels, scale, path) : missingModule();
 }

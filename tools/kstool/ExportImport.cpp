@@ -78,13 +78,10 @@ Format formatOf(const QString &path) {
 
 int runExport(const QStringList &arguments) {
     const QString command = QStringLiteral("export");
-    const CommandLine line = CommandLine::parse(arguments, Options + QList{StdoutOption});
-    if (!line.error.isEmpty())
-        return usageError(command, line.error);
-    if (line.has(QStringLiteral("--help"))) {
-        printOut(ExportHelp);
-        return Success;
-    }
+    const auto [line, done] =
+        parseCommand(command, arguments, Options + QList{StdoutOption}, ExportHelp);
+    if (done)
+        return *done;
     if (line.positional.size() != 1)
         return usageError(command, QStringLiteral("give exactly one levelset file"));
     const QString output = line.value(QStringLiteral("--output"));
@@ -121,13 +118,9 @@ int runExport(const QStringList &arguments) {
 
 int runImport(const QStringList &arguments) {
     const QString command = QStringLiteral("import");
-    const CommandLine line = CommandLine::parse(arguments, Options);
-    if (!line.error.isEmpty())
-        return usageError(command, line.error);
-    if (line.has(QStringLiteral("--help"))) {
-        printOut(ImportHelp);
-        return Success;
-    }
+    const auto [line, done] = parseCommand(command, arguments, Options, ImportHelp);
+    if (done)
+        return *done;
     if (line.positional.size() != 1)
         return usageError(command, QStringLiteral("give exactly one input, IN.json or IN.tmx"));
     const QString output = line.value(QStringLiteral("--output"));

@@ -83,14 +83,10 @@ Merge merge(const WholeLevelset &base, const WholeLevelset &ours, const WholeLev
 
 int runMerge(const QStringList &arguments) {
     const QString command = QStringLiteral("merge");
-    const CommandLine line =
-        CommandLine::parse(arguments, {{QStringLiteral("--output"), QStringLiteral("-o"), true}});
-    if (!line.error.isEmpty())
-        return usageError(command, line.error);
-    if (line.has(QStringLiteral("--help"))) {
-        printOut(Help);
-        return Success;
-    }
+    const auto [line, done] = parseCommand(
+        command, arguments, {{QStringLiteral("--output"), QStringLiteral("-o"), true}}, Help);
+    if (done)
+        return *done;
     if (line.positional.size() != 3)
         return usageError(command, QStringLiteral("give three levelset files, BASE OURS THEIRS"));
     const QString output = line.value(QStringLiteral("--output"));

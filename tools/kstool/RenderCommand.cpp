@@ -31,17 +31,15 @@ const QString Help = QStringLiteral(
 
 int runRender(const QStringList &arguments) {
     const QString command = QStringLiteral("render");
-    const CommandLine line =
-        CommandLine::parse(arguments, {{QStringLiteral("--output"), QStringLiteral("-o"), true},
-                                       {QStringLiteral("--level"), QString(), true},
-                                       {QStringLiteral("--scale"), QString(), true},
-                                       {QStringLiteral("--markers"), QString(), false}});
-    if (!line.error.isEmpty())
-        return usageError(command, line.error);
-    if (line.has(QStringLiteral("--help"))) {
-        printOut(Help);
-        return Success;
-    }
+    const auto [line, done] =
+        parseCommand(command, arguments,
+                     {{QStringLiteral("--output"), QStringLiteral("-o"), true},
+                      {QStringLiteral("--level"), QString(), true},
+                      {QStringLiteral("--scale"), QString(), true},
+                      {QStringLiteral("--markers"), QString(), false}},
+                     Help);
+    if (done)
+        return *done;
     if (line.positional.size() != 1)
         return usageError(command, QStringLiteral("give exactly one levelset file"));
     const QString output = line.value(QStringLiteral("--output"));

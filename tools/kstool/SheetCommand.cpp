@@ -93,14 +93,10 @@ QImage drawSheet() {
 
 int runSheet(const QStringList &arguments) {
     const QString command = QStringLiteral("sheet");
-    const CommandLine line =
-        CommandLine::parse(arguments, {{QStringLiteral("--output"), QStringLiteral("-o"), true}});
-    if (!line.error.isEmpty())
-        return usageError(command, line.error);
-    if (line.has(QStringLiteral("--help"))) {
-        printOut(Help);
-        return Success;
-    }
+    const auto [line, done] = parseCommand(
+        command, arguments, {{QStringLiteral("--output"), QStringLiteral("-o"), true}}, Help);
+    if (done)
+        return *done;
     if (!line.positional.isEmpty())
         return usageError(command,
                           QStringLiteral("unexpected argument %1").arg(line.positional.first()));

@@ -1,9 +1,9 @@
 #include "TmxFormat.h"
 
 #include "ByteText.h"
+#include "DrawingModule.h"
 #include "Files.h"
 #include "HeaderFields.h"
-#include "DrawingModule.h"
 
 #include "analysis/TileCatalogue.h"
 #include "view/Tileset.h"
