@@ -3,6 +3,7 @@
 #include <QFileInfo>
 #include <QString>
 
+#include <benchmark/benchmark.h>
 #include <chrono>
 #include <cstdlib>
 #include <fcntl.h>
@@ -46,4 +47,26 @@ inline std::string kstoolProgram(const char *benchmarkProgram) {
         return fromEnvironment;
     return QFileInfo(QString::fromLocal8Bit(benchmarkProgram)).absolutePath().toStdString() +
            "/kstool";
+}
+
+// One iteration runs every command line in turn and takes their wall times added up. A child
+// that cannot run, or exits above highestStatus, ends the benchmark with an error. The counter
+// reports items (files, pairs) per second.
+inline void measureChildren(benchmark::State &state,
+                            const std::vector<std::vector<std::string>> &commands,
+                            int highestStatus, const char *counter, double items) {
+    for (auto _ : state) {
+        double seconds = 0;
+        for (const std::vector<std::string> &command : commands) {
+            const double run = runChild(command, highestStatus);
+            if (run < 0) {
+                state.SkipWithError(("could not run " + command.front()).c_str());
+                return;
+            }
+            seconds += run;
+        }
+        state.SetIterationTime(seconds);
+    }
+    state.counters[counter] =
+        benchmark::Counter(items, benchmark::Counter::kIsIterationInvariantRate);
 }

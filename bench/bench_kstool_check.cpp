@@ -52,27 +52,13 @@ void makeFiles(const QString &folder) {
     }
 }
 
-// Runs the program on every file with its output thrown away; the wall time in seconds.
-// check exits 1 because some files break a limit; anything else is a failure.
-double runOnFiles(const std::string &program, const std::vector<std::string> &leading) {
-    std::vector<std::string> arguments{program};
-    arguments.insert(arguments.end(), leading.begin(), leading.end());
-    arguments.insert(arguments.end(), files.begin(), files.end());
-    return runChild(arguments, 1);
-}
-
+// One process over every file; check exits 1 because some files break a limit.
 void measure(benchmark::State &state, const std::string &program,
              const std::vector<std::string> &leading) {
-    for (auto _ : state) {
-        const double seconds = runOnFiles(program, leading);
-        if (seconds < 0) {
-            state.SkipWithError(("could not run " + program).c_str());
-            return;
-        }
-        state.SetIterationTime(seconds);
-    }
-    state.counters["files/s"] =
-        benchmark::Counter(double(FileCount), benchmark::Counter::kIsIterationInvariantRate);
+    std::vector<std::string> command{program};
+    command.insert(command.end(), leading.begin(), leading.end());
+    command.insert(command.end(), files.begin(), files.end());
+    measureChildren(state, {command}, 1, "files/s", FileCount);
 }
 
 void BM_Cat(benchmark::State &state) {
@@ -101,12 +87,7 @@ int main(int argc, char **argv) {
     QTemporaryDir folder;
     makeFiles(folder.path());
 
-    benchmark::Initialize(&argc, argv);
-    if (benchmark::ReportUnrecognizedArguments(argc, argv))
-        return 2;
     // The children's time is only seen by the wall clock.
     RatioReporter reporter("BM_KstoolCheck", "BM_Cat", 2.0, RatioReporter::Clock::Real);
-    benchmark::RunSpecifiedBenchmarks(&reporter);
-    benchmark::Shutdown();
-    return reporter.withinLimit() ? 0 : 1;
+    return runAndJudge(argc, argv, reporter);
 }

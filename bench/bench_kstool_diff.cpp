@@ -63,26 +63,16 @@ void makePairs(const QString &folder) {
     }
 }
 
-// Both programs exit 1 for files that differ, 0 for the rare pair whose repainting changed
-// nothing; anything else is a failure.
+// One process per pair. Both programs exit 1 for files that differ, 0 for the rare pair whose
+// repainting changed nothing.
 void measure(benchmark::State &state, const std::vector<std::string> &leading) {
-    for (auto _ : state) {
-        double seconds = 0;
-        for (const auto &[older, newer] : pairs) {
-            std::vector<std::string> arguments = leading;
-            arguments.push_back(older);
-            arguments.push_back(newer);
-            const double run = runChild(arguments, 1);
-            if (run < 0) {
-                state.SkipWithError(("could not run " + leading.front()).c_str());
-                return;
-            }
-            seconds += run;
-        }
-        state.SetIterationTime(seconds);
+    std::vector<std::vector<std::string>> commands;
+    for (const auto &[older, newer] : pairs) {
+        commands.push_back(leading);
+        commands.back().push_back(older);
+        commands.back().push_back(newer);
     }
-    state.counters["pairs/s"] =
-        benchmark::Counter(double(PairCount), benchmark::Counter::kIsIterationInvariantRate);
+    measureChildren(state, commands, 1, "pairs/s", PairCount);
 }
 
 void BM_Cmp(benchmark::State &state) {
@@ -111,12 +101,7 @@ int main(int argc, char **argv) {
     QTemporaryDir folder;
     makePairs(folder.path());
 
-    benchmark::Initialize(&argc, argv);
-    if (benchmark::ReportUnrecognizedArguments(argc, argv))
-        return 2;
     // The children's time is only seen by the wall clock.
     RatioReporter reporter("BM_KstoolDiff", "BM_Cmp", 3.0, RatioReporter::Clock::Real);
-    benchmark::RunSpecifiedBenchmarks(&reporter);
-    benchmark::Shutdown();
-    return reporter.withinLimit() ? 0 : 1;
+    return runAndJudge(argc, argv, reporter);
 }
