@@ -20,9 +20,6 @@ QByteArray exported(const KstoolFolder &folder, const QByteArray &bytes) {
     folder.write("zkstlsrc.kst", bytes);
     const KstoolRun run = folder.run({"export", "zkstlsrc.kst", "-o", "out.json"});
     [&] { QVERIFY2(run.exitCode == 0 && run.err.isEmpty(), qPrintable(run.err)); }();
-    // What git's textconv reads is the very file.
-    const KstoolRun printed = folder.run({"export", "zkstlsrc.kst", "--stdout"});
-    [&] { QCOMPARE(printed.out.toUtf8(), folder.read("out.json")); }();
     return folder.read("out.json");
 }
 
@@ -144,6 +141,9 @@ private slots:
             return;
         }
         QVERIFY2(run.exitCode == 0 && run.err.isEmpty(), qPrintable(run.err));
+        if (format == "json") // what git's textconv reads is the very file
+            QCOMPARE(folder->run({"export", "zkstlsrc.kst", "--stdout"}).out.toUtf8(),
+                     folder->read("out.json"));
         run = folder->run({"import", "out." + format, "-o", "zkstldst.kst"});
         QVERIFY2(run.exitCode == 0, qPrintable(run.err));
         QCOMPARE(folder->read("zkstldst.kst"), bytes);
