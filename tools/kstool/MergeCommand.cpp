@@ -114,7 +114,9 @@ int runMerge(const QStringList &arguments) {
         return Success;
     for (const QString &conflict : result.conflicts)
         printError(QStringLiteral("conflict: ") + conflict + QLatin1Char('\n'));
-    return fail(Conflicted, QStringLiteral("%1: %2 conflicts; where values conflict, it holds ours")
-                                .arg(output)
-                                .arg(result.conflicts.size()));
+    const qsizetype count = result.conflicts.size();
+    return fail(Conflicted, QStringLiteral("%1 %2 to resolve; the merged file holds ours wherever "
+                                           "the two sides conflict")
+                                .arg(count)
+                                .arg(count == 1 ? "conflict" : "conflicts"));
 }
