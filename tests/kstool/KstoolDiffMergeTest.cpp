@@ -36,14 +36,6 @@ QList<QPoint> firstCells(int count) {
     return cells;
 }
 
-QStringList linesOf(const QString &text, const QString &start = QString()) {
-    QStringList lines;
-    for (const QString &line : text.split('\n', Qt::SkipEmptyParts))
-        if (line.startsWith(start))
-            lines << line;
-    return lines;
-}
-
 } // namespace
 
 class KstoolDiffMergeTest : public QObject {
@@ -128,7 +120,7 @@ private slots:
         const KstoolRun run = folder.run({"diff", "old.kst", "new.kst"});
         const bool trouble = newer.isEmpty();
         QCOMPARE(run.exitCode, trouble ? 2 : lines.isEmpty() ? 0 : 1);
-        QCOMPARE(linesOf(run.out), lines);
+        QCOMPARE(run.out.split('\n', Qt::SkipEmptyParts), lines);
         QVERIFY2(error.isEmpty() ? run.err.isEmpty() : run.err.contains(error),
                  qPrintable(run.err));
     }
@@ -249,7 +241,7 @@ private slots:
         QCOMPARE(run.exitCode, !trouble.isEmpty() ? 2 : conflicts.isEmpty() ? 0 : 1);
         for (QString &conflict : conflicts)
             conflict.prepend("conflict: ");
-        QCOMPARE(linesOf(run.err, "conflict: "), conflicts);
+        QCOMPARE(run.err.split('\n').filter("conflict: "), conflicts);
         QVERIFY2(run.err.contains(trouble), qPrintable(run.err));
         QCOMPARE(folder.read("ours"), merged);
         QVERIFY(run.out.isEmpty());
