@@ -1,6 +1,7 @@
 #pragma once
 
 #include "levelset/Levelset.h"
+#include "levelset/ReplaceFile.h"
 
 #include <QByteArray>
 #include <QByteArrayView>
@@ -43,9 +44,9 @@ struct ReadReport {
 // 32 and currentLevel is 0; levelsetPath is not touched.
 ReadReport readLevelset(Levelset &levelset, QByteArrayView bytes);
 
-// Writes the levelset's file at path in one piece. Returns an empty string on success, or
-// "Could not write <path>: <reason>"; on failure any file already at path is left as it was.
-QString saveLevelsetFile(const Levelset &levelset, const QString &path);
+// Writes the levelset's file at path in one piece: afterwards the file holds exactly the new
+// bytes, or it is as it was and the result says why.
+ReplaceResult saveLevelsetFile(const Levelset &levelset, const QString &path);
 
 // Reads the file at path into the levelset. nullopt, with the levelset unchanged, when the
 // file cannot be opened or read.
