@@ -68,7 +68,7 @@ QByteArray writeLevelset(const Levelset &levelset, const QString &path) {
     auto put = [&out](std::uint8_t byte) { *out++ = static_cast<char>(byte); };
 
     // One byte per tag character: a character outside the BMP is one character, not two.
-    for (char32_t c : levelsetTag(path).toUcs4())
+    for (char32_t c : levelsetTag(saveFormOfPath(path)).toUcs4())
         *out++ = c <= 0xFF ? static_cast<char>(c) : '?';
     put(levelset.levelCount);
     put(levelset.reserved1);

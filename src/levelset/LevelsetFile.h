@@ -18,8 +18,9 @@ inline constexpr int LevelsetFileMaxSize =
     LevelsetFilePrologueSize +
     Levelset::MaxLevels * (LevelRecord::HeaderSize + LevelRecord::GridSize * LevelRecord::GridSize);
 
-// The whole file's bytes. The tag comes from path; nothing is checked and the levelset is not
-// changed.
+// The whole file's bytes. The tag comes from the file name in its save form (a file named
+// ZKSTLxyz.KST is tagged KST0XYZ, as where names ignore case); nothing is checked and the
+// levelset is not changed.
 QByteArray writeLevelset(const Levelset &levelset, const QString &path);
 
 // What the reader met that a file written by this editor never holds. The reader repairs only

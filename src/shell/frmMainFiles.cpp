@@ -95,10 +95,10 @@ void frmMain::mnuFileOpen_Click() {
 }
 
 void frmMain::mnuFileSave_Click() {
-    // A levelset that has a file is written back to it at once: no dialog, and no name rule,
-    // since an opened file may have any name.
+    // A levelset that has a file is written back to that very file at once: no dialog, and no
+    // name rule, since an opened file may have any name.
     if (levelset.levelsetPath != UntitledPath) {
-        saveLevelset(saveFormOfPath(levelset.levelsetPath));
+        saveLevelset(resavePath(levelset.levelsetPath));
         return;
     }
     mnuFileSaveAs_Click();
