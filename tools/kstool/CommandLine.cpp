@@ -64,6 +64,14 @@ CommandLine CommandLine::parse(const QStringList &arguments, const QList<OptionS
     return line;
 }
 
+std::optional<int> wholeNumber(const QString &text, int low, int high) {
+    bool ok = false;
+    const int value = text.toInt(&ok);
+    if (!ok || value < low || value > high)
+        return std::nullopt;
+    return value;
+}
+
 void printOut(const QString &text) {
     write(stdout, text);
 }

@@ -3,6 +3,7 @@
 #include <QHash>
 #include <QString>
 #include <QStringList>
+#include <optional>
 
 // Exit statuses shared by every command.
 enum ExitStatus { Success = 0, InputProblem = 1, WrongUsage = 2 };
@@ -26,6 +27,9 @@ struct CommandLine {
     // --help and -h are always known.
     static CommandLine parse(const QStringList &arguments, const QList<OptionSpec> &options);
 };
+
+// A decimal number from low to high, or nullopt.
+std::optional<int> wholeNumber(const QString &text, int low, int high);
 
 // Writes text to standard output or standard error as UTF-8.
 void printOut(const QString &text);

@@ -83,14 +83,6 @@ QImage renderLevels(const Levelset &levelset, const QList<int> &indexes, bool ma
     return sheet;
 }
 
-std::optional<int> number(const QString &text, int low, int high) {
-    bool ok = false;
-    const int value = text.toInt(&ok);
-    if (!ok || value < low || value > high)
-        return std::nullopt;
-    return value;
-}
-
 } // namespace
 
 int runRender(const QStringList &arguments) {
@@ -113,7 +105,8 @@ int runRender(const QStringList &arguments) {
         return usageError(command, QStringLiteral("name the picture to write with -o OUT.png"));
     int scale = 1;
     if (line.has(QStringLiteral("--scale"))) {
-        const std::optional<int> value = number(line.value(QStringLiteral("--scale")), 1, MaxScale);
+        const std::optional<int> value =
+            wholeNumber(line.value(QStringLiteral("--scale")), 1, MaxScale);
         if (!value)
             return usageError(
                 command, QStringLiteral("--scale takes a whole number from 1 to %1").arg(MaxScale));
@@ -131,7 +124,7 @@ int runRender(const QStringList &arguments) {
     QList<int> indexes;
     if (line.has(QStringLiteral("--level"))) {
         const std::optional<int> level =
-            number(line.value(QStringLiteral("--level")), 1, levelset.levelCount);
+            wholeNumber(line.value(QStringLiteral("--level")), 1, levelset.levelCount);
         if (!level)
             return usageError(command,
                               QStringLiteral("--level takes a level from 1 to %1; %2 has %1")
