@@ -2,11 +2,11 @@
 # Installs a built tree into a fresh prefix and checks what a desktop expects to find there:
 # the two programs in bin, the menu entry, the icon at each size under the name the entry
 # gives, the levelset file type, its thumbnailer and the AppStream metadata. Nothing else may
-# be installed.
+# be installed, and the Debian package holds exactly the same files.
 #
 # Usage: install_layout.sh BUILD-DIR LEVELSET.json
-# (CMAKE names the cmake to run; default: the one on PATH.) The levelset's first level is
-# 24 x 16.
+# (CMAKE and CPACK name the programs to run; default: the ones on PATH.) The levelset's first
+# level is 24 x 16.
 set -euo pipefail
 
 build=${1:?usage: install_layout.sh BUILD-DIR LEVELSET.json}
@@ -26,6 +26,8 @@ fail() {
 expected="bin/KstEdit
 bin/kstool
 share/applications/$id.desktop
+share/doc/kstedit/changelog.gz
+share/doc/kstedit/copyright
 share/icons/hicolor/16x16/apps/kstedit.png
 share/icons/hicolor/32x32/apps/kstedit.png
 share/metainfo/$id.metainfo.xml
@@ -126,5 +128,16 @@ if thumbnail "$work/zkstlcut.kst" "$work/cut.png" 128 2>/dev/null; then
     fail "a cut file made a thumbnail"
 fi
 [ ! -e "$work/cut.png" ] || fail "a cut file left a picture"
+
+# The Debian package holds what the install placed, under /usr, with dependencies found from
+# the shared libraries.
+report=$("${CPACK:-cpack}" --config "$build/CPackConfig.cmake" -G DEB -B "$work/deb" 2>&1) ||
+    fail "cpack: $report"
+deb=("$work"/deb/kstedit_*.deb)
+packaged=$(dpkg-deb -c "${deb[0]}" | awk '$1 !~ /^d/ { print $6 }' | sed 's|^\./usr/||' | LC_ALL=C sort)
+[ "$packaged" = "$expected" ] ||
+    fail "the package differs from the install:$(diff <(echo "$expected") <(echo "$packaged") | sed 's/^/\n  /')"
+grep -q 'libqt6widgets6' <<<"$(dpkg-deb -f "${deb[0]}" Depends)" ||
+    fail "the package does not depend on Qt's widgets library"
 
 echo "PASS: installed $(wc -l <<<"$expected") files in the expected layout"
