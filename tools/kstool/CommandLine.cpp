@@ -65,6 +65,14 @@ CommandLine CommandLine::parse(const QStringList &arguments, const QList<OptionS
     return line;
 }
 
+std::optional<int> wholeNumber(const QString &text, int low, int high) {
+    bool ok = false;
+    const int value = text.toInt(&ok);
+    if (!ok || value < low || value > high)
+        return std::nullopt;
+    return value;
+}
+
 void printOut(const QString &text) {
     write(stdout, text);
 }
@@ -76,14 +84,6 @@ void printError(const QString &text) {
 int fail(int status, const QString &message) {
     printError(QStringLiteral("kstool: ") + message + QLatin1Char('\n'));
     return status;
-}
-
-std::optional<int> wholeNumber(const QString &text, int low, int high) {
-    bool ok = false;
-    const int value = text.toInt(&ok);
-    if (!ok || value < low || value > high)
-        return std::nullopt;
-    return value;
 }
 
 std::optional<int> scaleOption(const CommandLine &line) {

@@ -40,15 +40,14 @@ struct ParsedCommand {
 };
 ParsedCommand parseCommand(const QString &command, const QStringList &arguments,
                            const QList<OptionSpec> &options, const QString &help);
+// A decimal number from low to high, or nullopt.
+std::optional<int> wholeNumber(const QString &text, int low, int high);
 
 // Writes text to standard output or standard error as UTF-8.
 void printOut(const QString &text);
 void printError(const QString &text);
 // "kstool: " + message on standard error, and the status to return.
 int fail(int status, const QString &message);
-
-// The text as a whole number from low to high, or nullopt.
-std::optional<int> wholeNumber(const QString &text, int low, int high);
 
 // The --scale option of the commands that draw: 1 when not given, nullopt when it is not a
 // whole number from 1 to MaxScale.

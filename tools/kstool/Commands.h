@@ -10,6 +10,7 @@ int runRender(const QStringList &arguments);
 int runExport(const QStringList &arguments);
 int runImport(const QStringList &arguments);
 int runSheet(const QStringList &arguments);
+int runThumbnail(const QStringList &arguments);
 int runDiff(const QStringList &arguments);
 int runMerge(const QStringList &arguments);
 

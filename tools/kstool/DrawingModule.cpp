@@ -52,6 +52,10 @@ int runSheet(const QStringList &arguments) {
     return drawing() ? drawing()->sheet(arguments) : fail(InputProblem, missingModule());
 }
 
+int runThumbnail(const QStringList &arguments) {
+    return drawing() ? drawing()->thumbnail(arguments) : fail(InputProblem, missingModule());
+}
+
 QString writeTilesetPng(const QString &path) {
     return drawing() ? drawing()->writeTilesetPng(path) : missingModule();
 }

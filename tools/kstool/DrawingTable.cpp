@@ -22,6 +22,7 @@ QString writeChangesPicture(const Levelset &shown, const QList<LevelChanges> &le
 }
 
 extern "C" Q_DECL_EXPORT const DrawingModule *kstoolDrawingModule() {
-    static const DrawingModule table{runRender, runSheet, writeTilesetPng, writeChangesPicture};
+    static const DrawingModule table{runRender, runSheet, runThumbnail, writeTilesetPng,
+                                     writeChangesPicture};
     return &table;
 }

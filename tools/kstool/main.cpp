@@ -18,6 +18,7 @@ const Command Commands[] = {
     {"export", runExport, "write a levelset as JSON or as Tiled maps"},
     {"import", runImport, "write a levelset from JSON or Tiled maps"},
     {"sheet", runSheet, "draw the tileset reference sheet"},
+    {"thumbnail", runThumbnail, "paint a levelset's first level as a file manager preview"},
     {"diff", runDiff, "show what changed between two levelsets, also as a picture"},
     {"merge", runMerge, "merge two levelsets' changes to a common base (a git merge driver)"},
 };
@@ -30,7 +31,7 @@ QString help() {
                                   "Commands:\n");
     for (const Command &command : Commands)
         text += QStringLiteral("  %1%2\n")
-                    .arg(QLatin1String(command.name), -8)
+                    .arg(QLatin1String(command.name), -11)
                     .arg(QLatin1String(command.summary));
     text += QStringLiteral("\n"
                            "\"kstool COMMAND --help\" describes a command.\n"
