@@ -69,3 +69,14 @@ private:
     std::string unit_;
     double ratio_ = -1;
 };
+
+// Runs the benchmarks the command line selects with the reporter. Returns the program's exit
+// status: 0 when the ratio kept its limit, 1 when it did not or an argument is unknown.
+inline int runAndJudge(int argc, char **argv, RatioReporter &reporter) {
+    benchmark::Initialize(&argc, argv);
+    if (benchmark::ReportUnrecognizedArguments(argc, argv))
+        return 1;
+    benchmark::RunSpecifiedBenchmarks(&reporter);
+    benchmark::Shutdown();
+    return reporter.withinLimit() ? 0 : 1;
+}

@@ -107,12 +107,7 @@ BENCHMARK(BM_Floor)
 int main(int argc, char **argv) {
     qputenv("QT_QPA_PLATFORM", "offscreen");
     QApplication app(argc, argv);
-    benchmark::Initialize(&argc, argv);
-    if (benchmark::ReportUnrecognizedArguments(argc, argv))
-        return 1;
     // Processor time: on a shared machine the wall clock also counts other programs' turns.
     RatioReporter reporter("BM_DragPaintCell", "BM_Floor", 1.5, RatioReporter::Clock::Cpu);
-    benchmark::RunSpecifiedBenchmarks(&reporter);
-    benchmark::Shutdown();
-    return reporter.withinLimit() ? 0 : 1;
+    return runAndJudge(argc, argv, reporter);
 }

@@ -58,11 +58,6 @@ BENCHMARK(BM_Memcpy1MiB);
 int main(int argc, char **argv) {
     qputenv("QT_QPA_PLATFORM", "offscreen"); // no window: the tileset is a QImage
     QGuiApplication app(argc, argv);
-    benchmark::Initialize(&argc, argv);
-    if (benchmark::ReportUnrecognizedArguments(argc, argv))
-        return 1;
     RatioReporter reporter("BM_DrawLevelFull", "BM_Memcpy1MiB", 1.5, RatioReporter::Clock::Cpu);
-    benchmark::RunSpecifiedBenchmarks(&reporter);
-    benchmark::Shutdown();
-    return reporter.withinLimit() ? 0 : 1;
+    return runAndJudge(argc, argv, reporter);
 }

@@ -4,22 +4,16 @@
 // ratio of the fastest runs is printed at the end and must stay at or below 2.
 #include "levelset/LevelsetFile.h"
 
+#include "ChildProcess.h"
 #include "RatioReporter.h"
 #include <QDir>
 #include <QFileInfo>
 #include <QTemporaryDir>
 
 #include <benchmark/benchmark.h>
-#include <chrono>
-#include <fcntl.h>
 #include <random>
-#include <spawn.h>
 #include <string>
-#include <sys/wait.h>
-#include <unistd.h>
 #include <vector>
-
-extern char **environ;
 
 namespace {
 
@@ -58,45 +52,13 @@ void makeFiles(const QString &folder) {
     }
 }
 
-// Runs the program on every file with its output thrown away; the wall time in seconds.
-double runOnFiles(const std::string &program, const std::vector<std::string> &leading) {
-    std::vector<char *> argv;
-    argv.push_back(const_cast<char *>(program.c_str()));
-    for (const std::string &argument : leading)
-        argv.push_back(const_cast<char *>(argument.c_str()));
-    for (const std::string &file : files)
-        argv.push_back(const_cast<char *>(file.c_str()));
-    argv.push_back(nullptr);
-
-    posix_spawn_file_actions_t actions;
-    posix_spawn_file_actions_init(&actions);
-    posix_spawn_file_actions_addopen(&actions, STDOUT_FILENO, "/dev/null", O_WRONLY, 0);
-    const auto start = std::chrono::steady_clock::now();
-    pid_t pid = 0;
-    if (posix_spawnp(&pid, program.c_str(), &actions, nullptr, argv.data(), environ) != 0)
-        return -1;
-    int status = 0;
-    waitpid(pid, &status, 0);
-    const auto end = std::chrono::steady_clock::now();
-    posix_spawn_file_actions_destroy(&actions);
-    // check exits 1 because some files break a limit; anything else is a failure.
-    if (!WIFEXITED(status) || WEXITSTATUS(status) > 1)
-        return -1;
-    return std::chrono::duration<double>(end - start).count();
-}
-
+// One process over every file; check exits 1 because some files break a limit.
 void measure(benchmark::State &state, const std::string &program,
              const std::vector<std::string> &leading) {
-    for (auto _ : state) {
-        const double seconds = runOnFiles(program, leading);
-        if (seconds < 0) {
-            state.SkipWithError(("could not run " + program).c_str());
-            return;
-        }
-        state.SetIterationTime(seconds);
-    }
-    state.counters["files/s"] =
-        benchmark::Counter(double(FileCount), benchmark::Counter::kIsIterationInvariantRate);
+    std::vector<std::string> command{program};
+    command.insert(command.end(), leading.begin(), leading.end());
+    command.insert(command.end(), files.begin(), files.end());
+    measureChildren(state, {command}, 1, "files/s", FileCount);
 }
 
 void BM_Cat(benchmark::State &state) {
@@ -121,21 +83,11 @@ BENCHMARK(BM_KstoolCheck)
 } // namespace
 
 int main(int argc, char **argv) {
-    // kstool is built into the same folder as this program; KSTOOL names another one.
-    const char *fromEnvironment = std::getenv("KSTOOL");
-    kstoolPath =
-        fromEnvironment
-            ? fromEnvironment
-            : QFileInfo(QString::fromLocal8Bit(argv[0])).absolutePath().toStdString() + "/kstool";
+    kstoolPath = kstoolProgram(argv[0]);
     QTemporaryDir folder;
     makeFiles(folder.path());
 
-    benchmark::Initialize(&argc, argv);
-    if (benchmark::ReportUnrecognizedArguments(argc, argv))
-        return 2;
     // The children's time is only seen by the wall clock.
     RatioReporter reporter("BM_KstoolCheck", "BM_Cat", 2.0, RatioReporter::Clock::Real);
-    benchmark::RunSpecifiedBenchmarks(&reporter);
-    benchmark::Shutdown();
-    return reporter.withinLimit() ? 0 : 1;
+    return runAndJudge(argc, argv, reporter);
 }

@@ -45,7 +45,7 @@ void saveToFile(benchmark::State &state) {
     const QString path = dir.filePath(QStringLiteral("zkstlbig.kst"));
     const Levelset levelset = fullLevelset();
     for (auto _ : state)
-        if (!saveLevelsetFile(levelset, path).isEmpty())
+        if (!saveLevelsetFile(levelset, path).ok())
             state.SkipWithError("save failed");
     state.SetBytesProcessed(state.iterations() * LevelsetFileMaxSize);
 }
@@ -54,7 +54,7 @@ BENCHMARK(saveToFile);
 void readFromFile(benchmark::State &state) {
     QTemporaryDir dir;
     const QString path = dir.filePath(QStringLiteral("zkstlbig.kst"));
-    if (!saveLevelsetFile(fullLevelset(), path).isEmpty()) {
+    if (!saveLevelsetFile(fullLevelset(), path).ok()) {
         state.SkipWithError("save failed");
         return;
     }

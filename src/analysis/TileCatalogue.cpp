@@ -14,6 +14,11 @@ QString tileName(int id) {
     return kind ? QString::fromLatin1(kind->name) : QString();
 }
 
+QString tileShortName(int id) {
+    const TileKind *kind = tileKind(id);
+    return kind ? QString::fromLatin1(kind->shortName ? kind->shortName : kind->name) : QString();
+}
+
 TileGroup tileGroup(int id) {
     const TileKind *kind = tileKind(id);
     return kind ? kind->group : TileGroup::None;

@@ -14,6 +14,7 @@ struct TileKind {
     int last;
     const char *name;
     TileGroup group;
+    const char *shortName = nullptr; // a word or two for a line of text; the name when null
 };
 
 namespace Tile {
@@ -49,17 +50,17 @@ inline constexpr int PlaceableCount = 178; // the palette offers ids 0..177
 } // namespace Tile
 
 inline constexpr auto TileCatalogue = std::to_array<TileKind>({
-    {0, 0, "floor of a Normal level", TileGroup::Floor},
-    {1, 1, "floor of a Hatchery level", TileGroup::Floor},
+    {0, 0, "floor of a Normal level", TileGroup::Floor, "floor"},
+    {1, 1, "floor of a Hatchery level", TileGroup::Floor, "hatchery floor"},
     {7, 9, "outside tile", TileGroup::OutsideSet},
     {10, 13, "inside tile", TileGroup::InsideSet},
     {54, 54, "key pass", TileGroup::PickUp},
     {55, 55, "white key", TileGroup::PickUp},
     {56, 56, "checkered key", TileGroup::PickUp},
     {57, 57, "black key", TileGroup::PickUp},
-    {58, 58, "ammo, worth 20", TileGroup::PickUp},
-    {59, 59, "credits, worth 10", TileGroup::PickUp},
-    {60, 60, "credits, worth 100", TileGroup::PickUp},
+    {58, 58, "ammo, worth 20", TileGroup::PickUp, "ammo"},
+    {59, 59, "credits, worth 10", TileGroup::PickUp, "small credits"},
+    {60, 60, "credits, worth 100", TileGroup::PickUp, "large credits"},
     {61, 61, "first aid", TileGroup::PickUp},
     {62, 62, "invincibility", TileGroup::PickUp},
     {63, 63, "extra life", TileGroup::PickUp},
@@ -70,7 +71,7 @@ inline constexpr auto TileCatalogue = std::to_array<TileKind>({
     {74, 74, "strong alien", TileGroup::Enemy},
     {75, 75, "security guard", TileGroup::Enemy},
     {89, 89, "solid wall", TileGroup::WallSet},
-    {90, 97, "wall with white details", TileGroup::WallSet},
+    {90, 97, "wall with white details", TileGroup::WallSet, "detailed wall"},
     {168, 169, "normal door", TileGroup::Door},
     {170, 171, "security door", TileGroup::Door},
     {172, 173, "white door", TileGroup::Door},
@@ -89,6 +90,8 @@ inline constexpr std::array<std::uint8_t, 3> OutsideSet{7, 8, 9};
 const TileKind *tileKind(int id);
 // The kind's name ("white key"), or an empty string for an id the catalogue does not list.
 QString tileName(int id);
+// The name in a word or two ("floor" for "floor of a Normal level"), or an empty string.
+QString tileShortName(int id);
 TileGroup tileGroup(int id);
 
 constexpr bool isPlaceableTile(int id) {

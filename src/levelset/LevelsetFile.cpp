@@ -3,10 +3,8 @@
 #include "levelset/LevelsetName.h"
 
 #include <QFile>
-#include <QSaveFile>
 #include <QStringList>
 #include <algorithm>
-#include <cerrno>
 
 namespace {
 
@@ -70,7 +68,7 @@ QByteArray writeLevelset(const Levelset &levelset, const QString &path) {
     auto put = [&out](std::uint8_t byte) { *out++ = static_cast<char>(byte); };
 
     // One byte per tag character: a character outside the BMP is one character, not two.
-    for (char32_t c : levelsetTag(path).toUcs4())
+    for (char32_t c : levelsetTag(saveFormOfPath(path)).toUcs4())
         *out++ = c <= 0xFF ? static_cast<char>(c) : '?';
     put(levelset.levelCount);
     put(levelset.reserved1);
@@ -157,20 +155,8 @@ QString ReadReport::summary() const {
     return parts.join(QStringLiteral("; "));
 }
 
-QString saveLevelsetFile(const Levelset &levelset, const QString &path) {
-    const QByteArray bytes = writeLevelset(levelset, path);
-    QSaveFile file(path);
-    errno = 0;
-    if (file.open(QIODevice::WriteOnly) && file.write(bytes) == bytes.size() && file.commit())
-        return {};
-    const int systemError = errno;
-    // The destructor drops the temporary file, so the old file stays as it was. A failed
-    // rename in commit() leaves the device's default text, which names nothing; the system's
-    // own reason is clearer then.
-    QString reason = file.errorString();
-    if (reason == QSaveFile().errorString() && systemError != 0)
-        reason = qt_error_string(systemError);
-    return QStringLiteral("Could not write %1: %2").arg(path, reason);
+ReplaceResult saveLevelsetFile(const Levelset &levelset, const QString &path) {
+    return replaceFile(path, writeLevelset(levelset, path));
 }
 
 std::optional<ReadReport> readLevelsetFile(Levelset &levelset, const QString &path) {

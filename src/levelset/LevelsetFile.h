@@ -1,6 +1,7 @@
 #pragma once
 
 #include "levelset/Levelset.h"
+#include "levelset/ReplaceFile.h"
 
 #include <QByteArray>
 #include <QByteArrayView>
@@ -17,8 +18,9 @@ inline constexpr int LevelsetFileMaxSize =
     LevelsetFilePrologueSize +
     Levelset::MaxLevels * (LevelRecord::HeaderSize + LevelRecord::GridSize * LevelRecord::GridSize);
 
-// The whole file's bytes. The tag comes from path; nothing is checked and the levelset is not
-// changed.
+// The whole file's bytes. The tag comes from the file name in its save form (a file named
+// ZKSTLxyz.KST is tagged KST0XYZ, as where names ignore case); nothing is checked and the
+// levelset is not changed.
 QByteArray writeLevelset(const Levelset &levelset, const QString &path);
 
 // What the reader met that a file written by this editor never holds. The reader repairs only
@@ -43,9 +45,9 @@ struct ReadReport {
 // 32 and currentLevel is 0; levelsetPath is not touched.
 ReadReport readLevelset(Levelset &levelset, QByteArrayView bytes);
 
-// Writes the levelset's file at path in one piece. Returns an empty string on success, or
-// "Could not write <path>: <reason>"; on failure any file already at path is left as it was.
-QString saveLevelsetFile(const Levelset &levelset, const QString &path);
+// Writes the levelset's file at path in one piece: afterwards the file holds exactly the new
+// bytes, or it is as it was and the result says why.
+ReplaceResult saveLevelsetFile(const Levelset &levelset, const QString &path);
 
 // Reads the file at path into the levelset. nullopt, with the levelset unchanged, when the
 // file cannot be opened or read.

@@ -75,3 +75,7 @@ QString saveFormOfPath(const QString &path, PathStyle style) {
     const qsizetype nameStart = lastSeparator(path, style) + 1;
     return path.left(nameStart) + lowerCased(QStringView(path).mid(nameStart));
 }
+
+QString resavePath(const QString &path, PathStyle style) {
+    return style == PathStyle::Windows ? lowerCased(path) : path;
+}

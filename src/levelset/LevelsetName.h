@@ -29,6 +29,12 @@ QString levelsetTag(const QString &path);
 // exactly three characters and ".kst", and a separator stands before it.
 bool isValidLevelsetFileName(const QString &path, PathStyle style = NativePathStyle);
 
-// The path a save writes to. Where names ignore case the whole path is lower-cased; elsewhere
-// only the file name is, because lower-casing a folder could name a different folder.
+// The path a newly chosen save name writes to. Where names ignore case the whole path is
+// lower-cased; elsewhere only the file name is, because lower-casing a folder could name a
+// different folder.
 QString saveFormOfPath(const QString &path, PathStyle style = NativePathStyle);
+
+// The path Save rewrites for a levelset that already has one: the very file it was opened from
+// or last saved to. Where names ignore case its lower-case form names that file; elsewhere
+// lower-casing could name a namesake, so the path is kept exactly as it is.
+QString resavePath(const QString &path, PathStyle style = NativePathStyle);

@@ -95,10 +95,10 @@ void frmMain::mnuFileOpen_Click() {
 }
 
 void frmMain::mnuFileSave_Click() {
-    // A levelset that has a file is written back to it at once: no dialog, and no name rule,
-    // since an opened file may have any name.
+    // A levelset that has a file is written back to that very file at once: no dialog, and no
+    // name rule, since an opened file may have any name.
     if (levelset.levelsetPath != UntitledPath) {
-        saveLevelset(saveFormOfPath(levelset.levelsetPath));
+        saveLevelset(resavePath(levelset.levelsetPath));
         return;
     }
     mnuFileSaveAs_Click();
@@ -132,6 +132,11 @@ void frmMain::saveLevelset(const QString &path) {
 
     // The write is atomic: on failure the file on disk is as it was, and only the status bar
     // tells the user, so a failed save is never mistaken for a done one.
-    const QString failure = saveLevelsetFile(levelset, path);
-    setStatusText(failure.isEmpty() ? QStringLiteral("Saved ") + path : failure);
+    const ReplaceResult result = saveLevelsetFile(levelset, path);
+    if (!result.ok())
+        setStatusText(QStringLiteral("Could not write %1: %2").arg(path, result.failure));
+    else if (result.inPlace)
+        setStatusText(QStringLiteral("Saved %1 in place: its folder takes no new file").arg(path));
+    else
+        setStatusText(QStringLiteral("Saved ") + path);
 }

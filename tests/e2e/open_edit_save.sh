@@ -1,5 +1,5 @@
 #!/usr/bin/env bash
-# Opens a levelset through the real "Open" dialog, saves it in place, edits its second level
+# Opens a levelset through the real "Open" dialog, saves it unchanged, edits its second level
 # with the right-button wall mode, the palette, the level type and Set Floor, edits the first
 # level's time, and leaves through File > Exit answering Yes, which saves again. Each file is
 # checked against the opened bytes with exactly the edited bytes changed.
@@ -15,14 +15,16 @@ json=${3:?usage: open_edit_save.sh KstEdit kstool LEVELSET.json}
 source "$(dirname "$0")/x_session.sh"
 on_own_display "$@"
 
-# The file on disk has a capital name. Open keeps the path as chosen; saving lower-cases the
-# file name, so the save lands beside it under the lower-case name.
+# The file on disk has a capital name and a lower-case namesake beside it. Save rewrites the
+# file that was opened, never the namesake.
 mkdir "$work/Levels"
 "$kstool" import "$json" -o "$work/Levels/zkstldmo.kst" >/dev/null
 opened="$work/Levels/ZKSTLDMO.KST"
-saved="$work/Levels/zkstldmo.kst"
-mv "$saved" "$opened"
+namesake="$work/Levels/zkstldmo.kst"
+mv "$namesake" "$opened"
 cp "$opened" "$work/original.kst"
+echo "another levelset" >"$namesake"
+cp "$namesake" "$work/namesake"
 
 # File offsets of the fields edited below: 52 bytes before the first level, then each level's
 # 16 header bytes and its cells row by row.
@@ -38,13 +40,13 @@ file_dialog_enter "Open" "$opened"
 wait_for 15 "the title to name the opened file" titled "$opened"
 wait_level_shows 9 2 73 # the alien in the first room
 
-# Save writes at once, without a dialog, to the lower-case name.
+# Save writes at once, without a dialog, a new file in the opened one's place.
+inode=$(stat -c %i "$opened")
 keys ctrl+s
-wait_for 15 "the editor to write $saved" test -s "$saved"
+wait_for 15 "the editor to rewrite $opened" test "$(stat -c %i "$opened")" != "$inode"
 no_window_named '^Save As$' || fail "Save of an opened levelset asked for a name"
-wait_for 15 "the title to name the lower-case file" titled "$saved"
-same_bytes "$work/original.kst" "$saved" "saving an opened levelset unchanged altered its bytes"
-same_bytes "$work/original.kst" "$opened" "saving under the lower-case name touched the opened file"
+titled "$opened" || fail "the title no longer names the opened file"
+same_bytes "$work/original.kst" "$opened" "saving an opened levelset unchanged altered its bytes"
 
 # Level 2.
 keys F8
@@ -74,10 +76,10 @@ type_into 96 417 200 # txtTime
 keys alt+f x
 answer_message "the save prompt" y
 expect_editor_ends
-same_bytes "$work/original.kst" "$opened" "Yes on the save prompt touched the opened file"
+same_bytes "$work/namesake" "$namesake" "a save touched the lower-case namesake"
 
 mapfile -t expected < <(read_bytes "$work/original.kst")
-mapfile -t written < <(read_bytes "$saved")
+mapfile -t written < <(read_bytes "$opened")
 expected[Level1 + TimeByte]=200
 expected[Level2 + LevelTypeByte]=1
 for ((offset = $(level2_cell 0 0); offset < $(level2_cell 0 8); offset++)); do
@@ -92,6 +94,6 @@ for x in 1 2 3 4; do
     expected[offset]=$tile
 done
 write_bytes "$work/expected.kst" "${expected[@]}"
-same_bytes "$work/expected.kst" "$saved" "Yes on the save prompt saved other bytes than the edits"
+same_bytes "$work/expected.kst" "$opened" "Yes on the save prompt saved other bytes than the edits"
 
 echo "PASS: opened, saved unchanged, edited two levels, saved on exit"

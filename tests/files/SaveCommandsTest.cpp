@@ -1,14 +1,22 @@
 // Save, Save As and the writer's guard and failures, driven through a real main window.
 
 #include "FileSession.h"
+#include "support/FileSizeLimit.h"
 
 #include <QFileDialog>
+#include <QProcess>
 #include <QTimer>
+#include <optional>
+#include <sys/stat.h>
+#include <unistd.h>
 
 class SaveCommandsTest : public QObject {
     Q_OBJECT
 private slots:
-    void initTestCase() { QApplication::setQuitOnLastWindowClosed(false); }
+    void initTestCase() {
+        QApplication::setQuitOnLastWindowClosed(false);
+        ::umask(022);
+    }
 
     // The dialog is answered with each name in turn, "" cancelling it; every refused name
     // brings the message and the dialog back (the name rule itself is the model tests' concern).
@@ -72,6 +80,9 @@ private slots:
         QCOMPARE(bytes.at(83), char(89)); // column 3, row 1 of a 12-column level
         QCOMPARE(bytes, writeLevelset(s.levelset(), path));
         QCOMPARE(s.status(), "Saved " + path);
+        // A new file is made as any program makes one (initTestCase sets the mask).
+        QCOMPARE(modeOf(path),
+                 QFile::ReadOwner | QFile::WriteOwner | QFile::ReadGroup | QFile::ReadOther);
     }
 
     // Save writes a named levelset in place at once; Save As asks and moves it to the new file.
@@ -100,25 +111,96 @@ private slots:
         QCOMPARE(s.title(), windowTitle(s.at("zkstltwo.kst")));
     }
 
-    void saveAfterOpenOfAMixedCaseNameWritesTheLowerCaseName() {
+    // Where names keep their case, lower-casing could name another file: Save rewrites the one
+    // opened, and the title goes on naming it.
+    void saveAfterOpenRewritesTheOpenedFileNotItsLowerCaseNamesake() {
         FileSession s;
-        QVERIFY(QDir(s.folder.path()).mkdir("Levels"));
-        const QString opened = s.writeSample("Levels/ZKSTLxyz.KST");
-        const QByteArray original = fileBytes(opened);
+        const QString opened = s.writeSample("ZKSTLxyz.KST");
+        const QString namesake = s.writeSample("zkstlxyz.kst", 2);
+        const QByteArray namesakeBytes = fileBytes(namesake);
         s.answer({QMessageBox::No});
         s.dialogs.openAnswers.enqueue(opened);
         s.window.mnuFileOpen_Click();
-        QCOMPARE(s.title(), windowTitle(opened));
+        s.levelset().levels[0].tile(0, 0) = 42;
 
         s.window.mnuFileSave_Click();
 
         QVERIFY(s.dialogs.saveQuestions.isEmpty());
-        const QString written = s.at("Levels/zkstlxyz.kst");
-        QCOMPARE(s.files(), (QStringList{"Levels/ZKSTLxyz.KST", "Levels/zkstlxyz.kst"}));
-        QCOMPARE(fileBytes(opened), original);
-        QCOMPARE(fileBytes(written), "KST0XYZ" + original.mid(7));
-        QCOMPARE(s.levelset().levelsetPath, written);
-        QCOMPARE(s.title(), windowTitle(written));
+        QCOMPARE(fileBytes(namesake), namesakeBytes);
+        const QByteArray written = fileBytes(opened);
+        QCOMPARE(written.left(7), "KST0XYZ");
+        QCOMPARE(written, writeLevelset(s.levelset(), opened));
+        QCOMPARE(written.at(LevelsetFilePrologueSize + 16), char(42));
+        QCOMPARE(s.levelset().levelsetPath, opened);
+        QCOMPARE(s.title(), windowTitle(opened));
+        QCOMPARE(s.status(), "Saved " + opened);
+    }
+
+    // A save through a symbolic link rewrites the file it leads to and keeps both the link and
+    // that file's permissions.
+    void saveThroughALinkKeepsTheLinkAndTheMode() {
+        FileSession s;
+        QVERIFY(QDir(s.folder.path()).mkdir("real"));
+        const QString target = s.writeSample("real/zkstlabc.kst");
+        const auto mode = QFile::ReadOwner | QFile::WriteOwner | QFile::ReadGroup;
+        QVERIFY(QFile::setPermissions(target, mode));
+        const QString link = s.at("zkstllnk.kst");
+        QVERIFY(QFile::link("real/zkstlabc.kst", link));
+        s.answer({QMessageBox::No});
+        s.dialogs.openAnswers.enqueue(link);
+        s.window.mnuFileOpen_Click();
+        s.levelset().levels[0].tile(0, 0) = 42;
+
+        s.window.mnuFileSave_Click();
+
+        QCOMPARE(QFileInfo(link).symLinkTarget(), target);
+        QCOMPARE(fileBytes(target), writeLevelset(s.levelset(), link));
+        QCOMPARE(modeOf(target), mode);
+        QCOMPARE(s.files(), (QStringList{"real/zkstlabc.kst", "zkstllnk.kst"}));
+    }
+
+    // A writable file in a folder that takes no new file is written directly. Root writes
+    // anywhere, so this runs as another user: a copy of this program, run by nobody.
+    void writableFileInAClosedFolderIsSavedInPlace() {
+        const char *const self = "writableFileInAClosedFolderIsSavedInPlace";
+        if (::geteuid() == 0) {
+            QTemporaryDir bin;
+            const QString copy = bin.filePath("files_save");
+            QVERIFY(QFile::copy(QCoreApplication::applicationFilePath(), copy));
+            QVERIFY(QFile::setPermissions(bin.path(), QFile::ReadOwner | QFile::WriteOwner |
+                                                          QFile::ExeOwner | QFile::ReadOther |
+                                                          QFile::ExeOther));
+            QProcess child;
+            QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+            environment.insert("TMPDIR", QDir::tempPath());
+            environment.remove("LSAN_OPTIONS"); // its suppressions file may be root's alone
+            child.setProcessEnvironment(environment);
+            child.setProcessChannelMode(QProcess::MergedChannels);
+            child.start("setpriv",
+                        {"--reuid=nobody", "--regid=nogroup", "--clear-groups", "--", copy, self});
+            QVERIFY(child.waitForFinished(60000));
+            const QString output = QString::fromUtf8(child.readAll());
+            QVERIFY2(child.exitCode() == 0 && output.contains(QStringLiteral("PASS   : "
+                                                                             "SaveCommandsTest::") +
+                                                              self),
+                     qPrintable(output));
+            return;
+        }
+        FileSession s;
+        const QString path = s.writeSample("zkstlabc.kst");
+        s.answer({QMessageBox::No});
+        s.dialogs.openAnswers.enqueue(path);
+        s.window.mnuFileOpen_Click();
+        s.levelset().levels[0].tile(0, 0) = 42;
+        const QFile::Permissions open = QFile::permissions(s.folder.path());
+        QVERIFY(QFile::setPermissions(s.folder.path(), QFile::ReadOwner | QFile::ExeOwner));
+
+        s.window.mnuFileSave_Click();
+
+        QVERIFY(QFile::setPermissions(s.folder.path(), open));
+        QCOMPARE(fileBytes(path), writeLevelset(s.levelset(), path));
+        QCOMPARE(s.files(), QStringList{"zkstlabc.kst"});
+        QCOMPARE(s.status(), "Saved " + path + " in place: its folder takes no new file");
     }
 
     // Every way to a save refuses a levelset whose level 3 holds 11 alien holes.
@@ -216,15 +298,21 @@ private slots:
     void failedWriteKeepsTheOldFile_data() {
         QTest::addColumn<QString>("name");
         QTest::addColumn<bool>("exists");
-        QTest::newRow("missing folder") << "missing/zkstlabc.kst" << false;
-        QTest::newRow("through a regular file") << "plain/zkstlabc.kst" << false;
-        // The atomic write's temporary neighbour would pass the 255-byte name limit.
-        QTest::newRow("temporary name too long") << "zkstlabc" + QString(240, 'a') + ".kst" << true;
+        QTest::addColumn<int>("sizeLimit"); // bytes a file may grow to; 0 for no limit
+        QTest::addColumn<QString>("reason");
+        QTest::newRow("missing folder") << "missing/zkstlabc.kst" << false << 0 << "";
+        QTest::newRow("through a regular file") << "plain/zkstlabc.kst" << false << 0 << "";
+        QTest::newRow("target is a folder") << "folder.kst" << false << 0 << "Is a directory";
+        // Fails the write at its last flush, where a full disk or a quota fails it.
+        QTest::newRow("write cut short") << "zkstlabc.kst" << true << 100 << "File too large";
     }
     void failedWriteKeepsTheOldFile() {
         QFETCH(QString, name);
         QFETCH(bool, exists);
+        QFETCH(int, sizeLimit);
+        QFETCH(QString, reason);
         FileSession s;
+        QVERIFY(QDir(s.folder.path()).mkdir("folder.kst"));
         QVERIFY(putFile(s.at("plain"), "not a folder"));
         const QString path = s.at(name);
         QVERIFY(!exists || !s.writeSample(name).isEmpty());
@@ -235,13 +323,19 @@ private slots:
         s.window.mnuFileOpen_Click();
         s.levelset().levels[0].tile(0, 0) = 42;
 
-        s.window.mnuFileSave_Click();
+        {
+            std::optional<FileSizeLimit> limit;
+            if (sizeLimit > 0)
+                limit.emplace(sizeLimit);
+            s.window.mnuFileSave_Click();
+        }
 
         QCOMPARE(s.dialogs.messages.size(), 1); // the prompt alone
         QCOMPARE(s.files(), filesBefore);
         QCOMPARE(fileBytes(path), old);
         const QString prefix = "Could not write " + path + ": ";
-        QVERIFY2(s.status().startsWith(prefix) && s.status().size() > prefix.size(),
+        QVERIFY2(s.status().startsWith(prefix) && s.status().endsWith(reason) &&
+                     s.status().size() > prefix.size(),
                  qPrintable(s.status()));
         QCOMPARE(s.title(), windowTitle(path));
     }

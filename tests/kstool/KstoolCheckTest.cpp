@@ -23,7 +23,8 @@ private slots:
         row("no command", {}, 2, "Usage: kstool COMMAND");
         row("general help", {"--help"}, 0, "Usage: kstool COMMAND");
         row("unknown command", {"frob"}, 2, "unknown command \"frob\"");
-        for (const QString command : {"check", "info", "render", "export", "import", "sheet"})
+        for (const QString command :
+             {"check", "info", "render", "export", "import", "sheet", "diff", "merge"})
             row(command + " --help", {command, "--help"}, 0, "Usage: kstool " + command);
         row("check without a file", {"check"}, 2, "no file to check");
         row("unknown option", {"check", "--frob", "a.kst"}, 2, "unknown option --frob");
@@ -50,6 +51,13 @@ private slots:
         row("import to a picture", {"import", "in.json", "-o", "out.png"}, 2, "zkstl???.kst");
         row("sheet with a stray argument", {"sheet", "x", "-o", "s.png"}, 2,
             "unexpected argument x");
+        row("diff of one file", {"diff", "zkstlabc.kst"}, 2, "give two levelset files");
+        row("diff at scale 9", {"diff", "zkstlabc.kst", "zkstlabc.kst", "--scale", "9"}, 2,
+            "--scale takes");
+        row("merge without output", {"merge", "zkstlabc.kst", "zkstlabc.kst", "zkstlabc.kst"}, 2,
+            "-o OUT");
+        row("export both to a file and to stdout",
+            {"export", "zkstlabc.kst", "-o", "a.json", "--stdout"}, 2, "or give --stdout");
     }
     void usage() {
         QFETCH(QStringList, arguments);
@@ -73,13 +81,15 @@ private slots:
                  QStringList({"in.json", "zkstlabc.kst"}));
     }
 
-    // Each command that meets a missing input or an output through a regular file exits 1,
-    // says why and leaves no output.
+    // Each command that meets a missing input, an output through a regular file or a write cut
+    // short (as by a full disk) exits 1, says why, leaves no output and keeps the old levelset.
     void unreadableInputOrUnwritableOutput_data() {
         QTest::addColumn<QStringList>("arguments");
         QTest::addColumn<QString>("message");
-        const auto row = [](const char *name, const QStringList &arguments, const char *message) {
-            QTest::newRow(name) << arguments << QString(message);
+        QTest::addColumn<int>("sizeLimit");
+        const auto row = [](const char *name, const QStringList &arguments, const char *message,
+                            int sizeLimit = 0) {
+            QTest::newRow(name) << arguments << QString(message) << sizeLimit;
         };
         row("info", {"info", "missing.kst"}, "missing.kst: cannot read");
         row("render", {"render", "missing.kst", "-o", "out.png"}, "missing.kst: cannot read");
@@ -92,19 +102,25 @@ private slots:
             "cannot write plain/o.json");
         row("map output", {"export", "zkstlabc.kst", "-o", "plain/o.tmx"}, "cannot write plain/o-");
         row("sheet output", {"sheet", "-o", "plain/o.png"}, "cannot write plain/o.png");
+        row("import cut short", {"import", "full.json", "-o", "zkstlabc.kst"},
+            "cannot write zkstlabc.kst: File too large", 1000);
     }
     void unreadableInputOrUnwritableOutput() {
         QFETCH(QStringList, arguments);
         QFETCH(QString, message);
+        QFETCH(int, sizeLimit);
         const KstoolFolder folder;
+        folder.write("zkstlful.kst", eightFullLevels());
+        QCOMPARE(folder.run({"export", "zkstlful.kst", "-o", "full.json"}).exitCode, 0);
         folder.write("zkstlabc.kst", fresh());
         folder.write("plain", "x");
-        const KstoolRun run = folder.run(arguments);
+        const KstoolRun run = folder.run(arguments, rlim_t(sizeLimit));
         QCOMPARE(run.exitCode, 1);
         QVERIFY(run.out.isEmpty());
         QVERIFY2(run.err.contains(message), qPrintable(run.err));
-        QCOMPARE(QDir(folder.path(".")).entryList(QDir::Files),
-                 QStringList({"plain", "zkstlabc.kst"}));
+        QCOMPARE(folder.read("zkstlabc.kst"), fresh());
+        QCOMPARE(QDir(folder.path(".")).entryList(QDir::Files | QDir::Hidden),
+                 QStringList({"full.json", "plain", "zkstlabc.kst", "zkstlful.kst"}));
     }
 
     void checkFinds_data() {

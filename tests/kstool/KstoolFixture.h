@@ -1,6 +1,7 @@
 #pragma once
 
 #include "levelset/LevelsetFile.h"
+#include "support/FileSizeLimit.h"
 
 #include <QFile>
 #include <QProcess>
@@ -32,9 +33,12 @@ public:
 
     bool exists(const QString &name) const { return QFile::exists(path(name)); }
 
-    KstoolRun run(const QStringList &arguments) const {
+    // fileSizeLimit, when not 0, is the size kstool's writes fail at (see FileSizeLimit.h).
+    KstoolRun run(const QStringList &arguments, rlim_t fileSizeLimit = 0) const {
         QProcess process;
         process.setWorkingDirectory(dir.path());
+        if (fileSizeLimit > 0)
+            process.setChildProcessModifier([fileSizeLimit] { limitFileSize(fileSizeLimit); });
         process.start(QStringLiteral(KSTOOL_PATH), arguments);
         KstoolRun run;
         if (!process.waitForFinished(60000) || process.exitStatus() != QProcess::NormalExit)

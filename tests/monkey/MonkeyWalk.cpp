@@ -317,7 +317,7 @@ QString MonkeyWalk::fileCommand(int c, const Levelset &before) {
 QString MonkeyWalk::expectSave(const Levelset &before, bool forceDialog, bool statusShown) {
     QString target;
     if (!forceDialog && expectedPath_ != UntitledPath)
-        target = MonkeyFolder::writtenForm(expectedPath_);
+        target = expectedPath_; // the very file it came from, whatever the case of its name
     while (target.isEmpty()) {
         if (saveNamesUsed_ >= dialogs_.saveNames.size())
             return QStringLiteral("the save dialog was not shown again");

@@ -16,11 +16,12 @@
 #include "TilesetImage.h"
 
 #include "ExactPalette.h"
+#include "levelset/ReplaceFile.h"
 
+#include <QBuffer>
 #include <QCoreApplication>
 #include <QFile>
 #include <QImage>
-#include <QSaveFile>
 #include <QStringList>
 #include <cstdio>
 #include <functional>
@@ -57,9 +58,13 @@ PixelFont loadFont(const QString &path) {
 }
 
 void save(const QImage &image, const QString &path, const char *format) {
-    QSaveFile file(path);
-    if (!file.open(QIODevice::WriteOnly) || !image.save(&file, format) || !file.commit())
-        fail(QStringLiteral("%1: cannot write: %2").arg(path, file.errorString()));
+    QByteArray encoded;
+    QBuffer buffer(&encoded);
+    buffer.open(QIODevice::WriteOnly);
+    if (!image.save(&buffer, format))
+        fail(QStringLiteral("%1: cannot encode as %2").arg(path, QLatin1String(format)));
+    if (const ReplaceResult result = replaceFile(path, encoded); !result.ok())
+        fail(QStringLiteral("%1: cannot write: %2").arg(path, result.failure));
 }
 
 QSize parseSize(const QString &text) {

@@ -22,13 +22,9 @@ const QString Help = QStringLiteral(
 } // namespace
 
 int runCheck(const QStringList &arguments) {
-    const CommandLine line = CommandLine::parse(arguments, {});
-    if (!line.error.isEmpty())
-        return usageError(QStringLiteral("check"), line.error);
-    if (line.has(QStringLiteral("--help"))) {
-        printOut(Help);
-        return Success;
-    }
+    const auto [line, done] = parseCommand(QStringLiteral("check"), arguments, {}, Help);
+    if (done)
+        return *done;
     if (line.positional.isEmpty())
         return usageError(QStringLiteral("check"), QStringLiteral("no file to check"));
 

@@ -1,4 +1,5 @@
 #include "CommandLine.h"
+#include "Commands.h"
 
 #include <cstdio>
 
@@ -64,6 +65,14 @@ CommandLine CommandLine::parse(const QStringList &arguments, const QList<OptionS
     return line;
 }
 
+std::optional<int> wholeNumber(const QString &text, int low, int high) {
+    bool ok = false;
+    const int value = text.toInt(&ok);
+    if (!ok || value < low || value > high)
+        return std::nullopt;
+    return value;
+}
+
 void printOut(const QString &text) {
     write(stdout, text);
 }
@@ -75,4 +84,26 @@ void printError(const QString &text) {
 int fail(int status, const QString &message) {
     printError(QStringLiteral("kstool: ") + message + QLatin1Char('\n'));
     return status;
+}
+
+std::optional<int> scaleOption(const CommandLine &line) {
+    const QString name = QStringLiteral("--scale");
+    return line.has(name) ? wholeNumber(line.value(name), 1, MaxScale) : 1;
+}
+
+int usageError(const QString &command, const QString &message) {
+    printError(QStringLiteral("kstool %1: %2\nTry \"kstool %1 --help\".\n").arg(command, message));
+    return WrongUsage;
+}
+
+ParsedCommand parseCommand(const QString &command, const QStringList &arguments,
+                           const QList<OptionSpec> &options, const QString &help) {
+    ParsedCommand parsed{CommandLine::parse(arguments, options), std::nullopt};
+    if (!parsed.line.error.isEmpty()) {
+        parsed.done = usageError(command, parsed.line.error);
+    } else if (parsed.line.has(QStringLiteral("--help"))) {
+        printOut(help);
+        parsed.done = Success;
+    }
+    return parsed;
 }

@@ -14,6 +14,7 @@ namespace {
 const QString ExportHelp = QStringLiteral(
     "Usage: kstool export FILE -o OUT.json\n"
     "       kstool export FILE -o OUT.tmx\n"
+    "       kstool export FILE --stdout\n"
     "\n"
     "Writes the levelset file FILE in another form; the output's extension picks it.\n"
     "\n"
@@ -28,7 +29,10 @@ const QString ExportHelp = QStringLiteral(
     "         name past the new last level are removed.\n"
     "\n"
     "Options:\n"
-    "  -o, --output PATH   the file to write (required)\n"
+    "  -o, --output PATH   the file to write\n"
+    "  --stdout            print the JSON form to standard output instead, as git's\n"
+    "                      textconv wants it: git config diff.kst.textconv \"kstool export "
+    "--stdout\"\n"
     "\n"
     "Exit status: 0 written, 1 FILE unreadable or not expressible, or a write failed,\n"
     "2 wrong usage.\n");
@@ -58,6 +62,7 @@ const QString ImportHelp = QStringLiteral(
     "Exit status: 0 written, 1 input refused or a write failed, 2 wrong usage.\n");
 
 const QList<OptionSpec> Options{{QStringLiteral("--output"), QStringLiteral("-o"), true}};
+const OptionSpec StdoutOption{QStringLiteral("--stdout"), QString(), false};
 
 enum class Format { Json, Tmx, Unknown };
 
@@ -73,20 +78,18 @@ Format formatOf(const QString &path) {
 
 int runExport(const QStringList &arguments) {
     const QString command = QStringLiteral("export");
-    const CommandLine line = CommandLine::parse(arguments, Options);
-    if (!line.error.isEmpty())
-        return usageError(command, line.error);
-    if (line.has(QStringLiteral("--help"))) {
-        printOut(ExportHelp);
-        return Success;
-    }
+    const auto [line, done] =
+        parseCommand(command, arguments, Options + QList{StdoutOption}, ExportHelp);
+    if (done)
+        return *done;
     if (line.positional.size() != 1)
         return usageError(command, QStringLiteral("give exactly one levelset file"));
     const QString output = line.value(QStringLiteral("--output"));
-    if (output.isEmpty())
-        return usageError(command,
-                          QStringLiteral("name the output with -o OUT.json or -o OUT.tmx"));
-    const Format format = formatOf(output);
+    const bool toStdout = line.has(StdoutOption.name);
+    if (output.isEmpty() == !toStdout)
+        return usageError(command, QStringLiteral("name the output with -o OUT.json or -o "
+                                                  "OUT.tmx, or give --stdout"));
+    const Format format = toStdout ? Format::Json : formatOf(output);
     if (format == Format::Unknown)
         return usageError(command,
                           QStringLiteral("%1: the output must end in .json or .tmx").arg(output));
@@ -98,6 +101,10 @@ int runExport(const QStringList &arguments) {
         return fail(InputProblem, input + QStringLiteral(": ") + reason);
     const LevelsetDump dump = LevelsetDump::fromBytes(*bytes);
 
+    if (toStdout) {
+        printOut(QString::fromUtf8(levelsetToJson(dump)));
+        return Success;
+    }
     if (format == Format::Json) {
         const QString error = writeWholeFile(output, levelsetToJson(dump));
         return error.isEmpty() ? Success : fail(InputProblem, error);
@@ -111,13 +118,9 @@ int runExport(const QStringList &arguments) {
 
 int runImport(const QStringList &arguments) {
     const QString command = QStringLiteral("import");
-    const CommandLine line = CommandLine::parse(arguments, Options);
-    if (!line.error.isEmpty())
-        return usageError(command, line.error);
-    if (line.has(QStringLiteral("--help"))) {
-        printOut(ImportHelp);
-        return Success;
-    }
+    const auto [line, done] = parseCommand(command, arguments, Options, ImportHelp);
+    if (done)
+        return *done;
     if (line.positional.size() != 1)
         return usageError(command, QStringLiteral("give exactly one input, IN.json or IN.tmx"));
     const QString output = line.value(QStringLiteral("--output"));

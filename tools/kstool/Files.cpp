@@ -1,7 +1,8 @@
 #include "Files.h"
 
+#include "levelset/ReplaceFile.h"
+
 #include <QFile>
-#include <QSaveFile>
 
 std::optional<QByteArray> readWholeFile(const QString &path, QString &reason) {
     QFile file(path);
@@ -23,8 +24,7 @@ std::optional<QByteArray> readWholeFile(const QString &path, QString &reason) {
 }
 
 QString writeWholeFile(const QString &path, const QByteArray &bytes) {
-    QSaveFile file(path);
-    if (file.open(QIODevice::WriteOnly) && file.write(bytes) == bytes.size() && file.commit())
-        return QString();
-    return QStringLiteral("cannot write %1: %2").arg(path, file.errorString());
+    const ReplaceResult result = replaceFile(path, bytes);
+    return result.ok() ? QString()
+                       : QStringLiteral("cannot write %1: %2").arg(path, result.failure);
 }

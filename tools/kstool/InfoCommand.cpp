@@ -81,13 +81,9 @@ QString levelText(const Levelset &levelset, int index) {
 } // namespace
 
 int runInfo(const QStringList &arguments) {
-    const CommandLine line = CommandLine::parse(arguments, {});
-    if (!line.error.isEmpty())
-        return usageError(QStringLiteral("info"), line.error);
-    if (line.has(QStringLiteral("--help"))) {
-        printOut(Help);
-        return Success;
-    }
+    const auto [line, done] = parseCommand(QStringLiteral("info"), arguments, {}, Help);
+    if (done)
+        return *done;
     if (line.positional.size() != 1)
         return usageError(QStringLiteral("info"), QStringLiteral("give exactly one file"));
 

@@ -1,15 +1,13 @@
 #include "CommandLine.h"
 #include "Commands.h"
 #include "PngOutput.h"
+#include "TextPainting.h"
 
 #include "analysis/TileCatalogue.h"
 #include "view/Tileset.h"
 
 #include <QFont>
-#include <QGuiApplication>
 #include <QPainter>
-#include <cstdio>
-#include <cstdlib>
 
 namespace {
 
@@ -39,14 +37,6 @@ struct Entry {
     QString number; // "54", or a range
     QString name;
 };
-
-// Text needs a QGuiApplication; kstool never shows a window, so it needs no display either.
-void quietStandardPathsWarning(QtMsgType type, const QMessageLogContext &, const QString &message) {
-    if (!message.contains(QLatin1String("XDG_RUNTIME_DIR")))
-        std::fprintf(stderr, "%s\n", qPrintable(message));
-    if (type == QtFatalMsg)
-        std::abort();
-}
 
 QList<Entry> entries() {
     QList<Entry> list;
@@ -103,14 +93,10 @@ QImage drawSheet() {
 
 int runSheet(const QStringList &arguments) {
     const QString command = QStringLiteral("sheet");
-    const CommandLine line =
-        CommandLine::parse(arguments, {{QStringLiteral("--output"), QStringLiteral("-o"), true}});
-    if (!line.error.isEmpty())
-        return usageError(command, line.error);
-    if (line.has(QStringLiteral("--help"))) {
-        printOut(Help);
-        return Success;
-    }
+    const auto [line, done] = parseCommand(
+        command, arguments, {{QStringLiteral("--output"), QStringLiteral("-o"), true}}, Help);
+    if (done)
+        return *done;
     if (!line.positional.isEmpty())
         return usageError(command,
                           QStringLiteral("unexpected argument %1").arg(line.positional.first()));
@@ -119,13 +105,7 @@ int runSheet(const QStringList &arguments) {
         return usageError(command, QStringLiteral("name the picture to write with -o OUT.png"));
     if (Tileset::image().isNull())
         return fail(InputProblem, QStringLiteral("the tileset image is missing from this build"));
-    if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM"))
-        qputenv("QT_QPA_PLATFORM", "offscreen");
-    qInstallMessageHandler(quietStandardPathsWarning);
-    int argc = 1;
-    char name[] = "kstool";
-    char *argv[] = {name, nullptr};
-    const QGuiApplication application(argc, argv);
+    const auto application = startTextPainting();
     const QString error = writePng(drawSheet(), output);
     return error.isEmpty() ? Success : fail(InputProblem, error);
 }

@@ -1,9 +1,9 @@
 #include "TmxFormat.h"
 
 #include "ByteText.h"
+#include "DrawingModule.h"
 #include "Files.h"
 #include "HeaderFields.h"
-#include "PngOutput.h"
 
 #include "analysis/TileCatalogue.h"
 #include "view/Tileset.h"
@@ -157,11 +157,8 @@ QString tmxExportProblem(const LevelsetDump &dump) {
 }
 
 QString exportTmx(const LevelsetDump &dump, const QString &output) {
-    const QImage &tileset = Tileset::image();
-    if (tileset.isNull())
-        return QStringLiteral("the tileset image is missing from this build");
     const QString tilesetPath = tmxTilesetPath(output);
-    QString error = writePng(tileset, tilesetPath);
+    QString error = writeTilesetPng(tilesetPath);
     if (!error.isEmpty())
         return error;
 

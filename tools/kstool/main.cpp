@@ -18,6 +18,9 @@ const Command Commands[] = {
     {"export", runExport, "write a levelset as JSON or as Tiled maps"},
     {"import", runImport, "write a levelset from JSON or Tiled maps"},
     {"sheet", runSheet, "draw the tileset reference sheet"},
+    {"thumbnail", runThumbnail, "paint a levelset's first level as a file manager preview"},
+    {"diff", runDiff, "show what changed between two levelsets, also as a picture"},
+    {"merge", runMerge, "merge two levelsets' changes to a common base (a git merge driver)"},
 };
 
 QString help() {
@@ -28,22 +31,19 @@ QString help() {
                                   "Commands:\n");
     for (const Command &command : Commands)
         text += QStringLiteral("  %1%2\n")
-                    .arg(QLatin1String(command.name), -8)
+                    .arg(QLatin1String(command.name), -11)
                     .arg(QLatin1String(command.summary));
     text += QStringLiteral("\n"
                            "\"kstool COMMAND --help\" describes a command.\n"
                            "\n"
                            "Exit status: 0 success, 1 a problem found in the input (or a file\n"
-                           "that cannot be read or written), 2 wrong usage.\n");
+                           "that cannot be read or written), 2 wrong usage. diff and merge exit\n"
+                           "as diff(1) does: 0 no difference or a clean merge, 1 different or\n"
+                           "in conflict, 2 trouble.\n");
     return text;
 }
 
 } // namespace
-
-int usageError(const QString &command, const QString &message) {
-    printError(QStringLiteral("kstool %1: %2\nTry \"kstool %1 --help\".\n").arg(command, message));
-    return WrongUsage;
-}
 
 int main(int argc, char *argv[]) {
     QStringList arguments;
