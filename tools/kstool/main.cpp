@@ -60,7 +60,7 @@ int main(int argc, char *argv[]) {
         return Success;
     }
     if (name == QLatin1String("--version")) {
-        printOut(QStringLiteral("kstool 2.0\n"));
+        printOut(QStringLiteral("kstool " KST_VERSION "\n"));
         return Success;
     }
     for (const Command &command : Commands) {
