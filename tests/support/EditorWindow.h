@@ -26,7 +26,11 @@ struct EditorWindow {
         window.Form_Load();
         window.show();
     }
-    ~EditorWindow() { releaseAll(); }
+    ~EditorWindow() {
+        for (Qt::MouseButton button : {Qt::LeftButton, Qt::RightButton, Qt::MiddleButton})
+            if (held.testFlag(button))
+                release(button, QPoint(0, 0));
+    }
 
     // Shortcut keys reach only the active window.
     bool activate() {
@@ -42,7 +46,6 @@ struct EditorWindow {
     QString label() const { return window.lblLevelNum->text(); }
     QAction *item(const QString &name) const { return window.findChild<QAction *>(name); }
     Marker *marker(const QString &name) const { return window.findChild<Marker *>(name); }
-
     void answer(std::initializer_list<QMessageBox::StandardButton> buttons) {
         for (auto button : buttons)
             dialogs.messageAnswers.enqueue(button);
@@ -50,7 +53,6 @@ struct EditorWindow {
 
     static QPoint cellCentre(int x, int y) { return {16 * x + 8, 16 * y + 8}; }
     static QPoint paletteCell(int id) { return {16 * (id % 8), 16 * (id / 8)}; }
-
     // Sprites are black and white only, so only a cell outside the level is grey at its centre.
     bool cellIsGrey(int x, int y) const {
         return QColor(window.picLevel->image().pixel(cellCentre(x, y))) == QColor(192, 192, 192);
@@ -63,11 +65,6 @@ struct EditorWindow {
     void release(Qt::MouseButton button, QPoint pos) {
         QTest::mouseRelease(window.picLevel, button, Qt::NoModifier, pos);
         held &= ~button;
-    }
-    void releaseAll() {
-        for (Qt::MouseButton button : {Qt::LeftButton, Qt::RightButton, Qt::MiddleButton})
-            if (held.testFlag(button))
-                release(button, QPoint(0, 0));
     }
     // With a button held the move reaches the view even outside it (pointer capture).
     void moveTo(QPoint pos) { QTest::mouseMove(window.picLevel, pos); }

@@ -10,9 +10,9 @@
 #include <QQueue>
 #include <functional>
 
-// Answers the editor's questions from a script and records what was asked.
-// An unscripted message is answered with its first button (Yes before No before Cancel),
-// an unscripted file dialog and popup menu are cancelled.
+// Answers the editor's questions from a script and records what was asked. An unscripted
+// message is answered with its first button (OK, Yes, No, Cancel), an unscripted file dialog
+// and popup menu are cancelled.
 class ScriptedDialogs : public Dialogs {
 public:
     struct Message {
@@ -50,29 +50,23 @@ public:
                 return b;
         return QMessageBox::NoButton;
     }
-
     QString openFileName(const QString &title, const QString &filter, const QString &dir) override {
         openQuestions.append({title, filter, dir});
         return openAnswers.isEmpty() ? QString() : openAnswers.dequeue();
     }
-
     QString saveFileName(const QString &title, const QString &filter, const QString &dir) override {
         saveQuestions.append({title, filter, dir});
         return saveAnswers.isEmpty() ? QString() : saveAnswers.dequeue();
     }
-
     QAction *popup(QMenu &menu, const QPoint &) override {
         QStringList names;
         for (QAction *action : menu.actions())
             names.append(action->objectName());
         popups.append(names);
         const QString choice = popupAnswers.isEmpty() ? QString() : popupAnswers.dequeue();
-        for (QAction *action : menu.actions())
-            if (!choice.isEmpty() && action->objectName() == choice)
-                return action;
-        return nullptr;
+        const int chosen = choice.isEmpty() ? -1 : int(names.indexOf(choice));
+        return chosen < 0 ? nullptr : menu.actions().at(chosen);
     }
-
     void showModal(QDialog &dialog) override {
         ++modalCount;
         if (onModal)
