@@ -31,9 +31,7 @@ struct EditorWindow {
             if (held.testFlag(button))
                 release(button, QPoint(0, 0));
     }
-
-    // Shortcut keys reach only the active window.
-    bool activate() {
+    bool activate() { // shortcut keys reach only the active window
         window.activateWindow();
         return QTest::qWaitForWindowActive(&window);
     }
@@ -47,8 +45,7 @@ struct EditorWindow {
     QAction *item(const QString &name) const { return window.findChild<QAction *>(name); }
     Marker *marker(const QString &name) const { return window.findChild<Marker *>(name); }
     void answer(std::initializer_list<QMessageBox::StandardButton> buttons) {
-        for (auto button : buttons)
-            dialogs.messageAnswers.enqueue(button);
+        dialogs.messageAnswers.append(buttons);
     }
 
     static QPoint cellCentre(int x, int y) { return {16 * x + 8, 16 * y + 8}; }

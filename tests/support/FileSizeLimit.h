@@ -16,6 +16,7 @@ inline void limitFileSize(rlim_t bytes) {
 
 // For the length of a scope in this process.
 struct FileSizeLimit {
+    rlimit saved{};
     explicit FileSizeLimit(rlim_t bytes) {
         getrlimit(RLIMIT_FSIZE, &saved);
         limitFileSize(bytes);
@@ -24,7 +25,4 @@ struct FileSizeLimit {
         setrlimit(RLIMIT_FSIZE, &saved);
         std::signal(SIGXFSZ, SIG_DFL);
     }
-    FileSizeLimit(const FileSizeLimit &) = delete;
-    FileSizeLimit &operator=(const FileSizeLimit &) = delete;
-    rlimit saved{};
 };

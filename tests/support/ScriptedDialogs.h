@@ -4,15 +4,12 @@
 
 #include <QAction>
 #include <QDialog>
-#include <QList>
 #include <QMenu>
-#include <QPoint>
 #include <QQueue>
 #include <functional>
 
 // Answers the editor's questions from a script and records what was asked. An unscripted
-// message is answered with its first button (OK, Yes, No, Cancel), an unscripted file dialog
-// and popup menu are cancelled.
+// message gets its first button of OK, Yes, No, Cancel; a file dialog or popup menu is cancelled.
 class ScriptedDialogs : public Dialogs {
 public:
     struct Message {
@@ -43,12 +40,10 @@ public:
                                         QMessageBox::Icon icon,
                                         QMessageBox::StandardButtons buttons) override {
         messages.append({text, title, icon, buttons});
-        if (!messageAnswers.isEmpty())
-            return messageAnswers.dequeue();
         for (auto b : {QMessageBox::Ok, QMessageBox::Yes, QMessageBox::No, QMessageBox::Cancel})
-            if (buttons.testFlag(b))
+            if (messageAnswers.isEmpty() && buttons.testFlag(b))
                 return b;
-        return QMessageBox::NoButton;
+        return messageAnswers.isEmpty() ? QMessageBox::NoButton : messageAnswers.dequeue();
     }
     QString openFileName(const QString &title, const QString &filter, const QString &dir) override {
         openQuestions.append({title, filter, dir});
@@ -64,19 +59,12 @@ public:
             names.append(action->objectName());
         popups.append(names);
         const QString choice = popupAnswers.isEmpty() ? QString() : popupAnswers.dequeue();
-        const int chosen = choice.isEmpty() ? -1 : int(names.indexOf(choice));
+        const qsizetype chosen = choice.isEmpty() ? -1 : names.indexOf(choice);
         return chosen < 0 ? nullptr : menu.actions().at(chosen);
     }
     void showModal(QDialog &dialog) override {
         ++modalCount;
         if (onModal)
             onModal(dialog);
-    }
-
-    QStringList messageTexts() const {
-        QStringList texts;
-        for (const Message &m : messages)
-            texts.append(m.text);
-        return texts;
     }
 };

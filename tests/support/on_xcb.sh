@@ -15,30 +15,24 @@ end_session() {
     rm -rf "$session"
 }
 trap end_session EXIT
-
 # waits WHAT COMMAND...: polls COMMAND for up to 20 seconds, or fails naming WHAT.
 waits() {
     local deadline=$((SECONDS + 20)) what=$1
     shift
     until "$@"; do
-        if [ "$SECONDS" -ge "$deadline" ]; then
-            echo "FAIL: timed out waiting for $what" >&2
-            cat "$session"/*.log >&2 || exit 1
-            exit 1
-        fi
+        [ "$SECONDS" -lt "$deadline" ] || { echo "FAIL: no $what" >&2 && cat "$session"/*.log >&2; exit 1; }
         sleep 0.05
     done
 }
-
 # The server picks a free display itself and writes its number once it accepts clients.
 Xvfb -displayfd 3 -screen 0 1280x1024x24 -nolisten tcp 3>"$session/display" >"$session/x.log" 2>&1 &
 pids=$!
-waits "the X server" test -s "$session/display"
+waits "X server" test -s "$session/display"
 DISPLAY=":$(head -1 "$session/display")"
 export DISPLAY QT_QPA_PLATFORM=xcb XDG_RUNTIME_DIR="$session/runtime"
 # A window manager is up once it has named its check window on the root window.
 openbox --sm-disable >"$session/wm.log" 2>&1 &
 pids="$! $pids"
 wm_running() { xprop -root _NET_SUPPORTING_WM_CHECK 2>/dev/null | grep -q 'window id'; }
-waits "the window manager" wm_running
+waits "window manager" wm_running
 "$@"
