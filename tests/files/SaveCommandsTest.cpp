@@ -5,6 +5,7 @@
 
 #include <QFileDialog>
 #include <QProcess>
+#include <QRegularExpression>
 #include <QTimer>
 #include <optional>
 #include <sys/stat.h>
@@ -173,7 +174,18 @@ private slots:
             QProcess child;
             QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
             environment.insert("TMPDIR", QDir::tempPath());
-            environment.remove("LSAN_OPTIONS"); // its suppressions file may be root's alone
+            environment.remove("XDG_RUNTIME_DIR"); // root's own; Qt makes one for nobody
+            // The suppressions file may sit in a folder only root can read: nobody gets a copy.
+            const QString leakOptions = environment.value("LSAN_OPTIONS");
+            const auto suppressions = QRegularExpression("suppressions=([^:]+)").match(leakOptions);
+            if (suppressions.hasMatch()) {
+                const QString readable = bin.filePath("lsan.supp");
+                QVERIFY(QFile::copy(suppressions.captured(1), readable));
+                QVERIFY(QFile::setPermissions(readable, QFile::ReadOwner | QFile::ReadOther));
+                environment.insert(
+                    "LSAN_OPTIONS",
+                    QString(leakOptions).replace(suppressions.captured(1), readable));
+            }
             child.setProcessEnvironment(environment);
             child.setProcessChannelMode(QProcess::MergedChannels);
             child.start("setpriv",
