@@ -95,7 +95,9 @@ struct Monkey {
         // save writes to the levelset's path or the name given, lower-cased, and says how it went.
         const frmMain &w = *window;
         const QString path = w.levelset.levelsetPath, status = w.statusText->text();
-        const QStringList messages = dialogs.messageTexts();
+        QStringList messages;
+        for (const ScriptedDialogs::Message &m : dialogs.messages)
+            messages << m.text;
         const QStringList names = (saveNames << "").mid(0, dialogs.saveQuestions.size());
         const bool save = fileCommand.contains("Save"),
                    prompted = messages.value(0) == "Save current Levelset?";

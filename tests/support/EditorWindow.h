@@ -26,11 +26,7 @@ struct EditorWindow {
         window.Form_Load();
         window.show();
     }
-    ~EditorWindow() {
-        for (Qt::MouseButton button : {Qt::LeftButton, Qt::RightButton, Qt::MiddleButton})
-            if (held.testFlag(button))
-                release(button, QPoint(0, 0));
-    }
+    ~EditorWindow() { releaseAll(); }
     bool activate() { // shortcut keys reach only the active window
         window.activateWindow();
         return QTest::qWaitForWindowActive(&window);
@@ -62,6 +58,11 @@ struct EditorWindow {
     void release(Qt::MouseButton button, QPoint pos) {
         QTest::mouseRelease(window.picLevel, button, Qt::NoModifier, pos);
         held &= ~button;
+    }
+    void releaseAll() {
+        for (Qt::MouseButton button : {Qt::LeftButton, Qt::RightButton, Qt::MiddleButton})
+            if (held.testFlag(button))
+                release(button, QPoint(0, 0));
     }
     // With a button held the move reaches the view even outside it (pointer capture).
     void moveTo(QPoint pos) { QTest::mouseMove(window.picLevel, pos); }
