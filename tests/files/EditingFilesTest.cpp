@@ -266,6 +266,9 @@ private slots:
             "h8,8 => ",
             "t89 L88,56 u h8,8 h88,56 => 5,3=89 cursor=5,3 status='X: 5, Y: 3, Tile: 89'",
             "h184,120 h328,120 L56,56 u h57,57 => cursor=11,7 status='X:  3, Y:  3'",
+            // After a change of level the cursor comes back only in another cell than before.
+            "h88,88 + h91,91 => 0,0=0 label=6 / 6 status='X: 5, Y: 5, Tile: 0'",
+            "h88,88 + h104,88 => 0,0=0 cursor=6,5 label=6 / 6 status='X: 6, Y: 5, Tile: 0'",
             // Both buttons or the middle one only move the cursor; outside the level nothing
             // is written or opened.
             "m1 t60 L328,328 R328,328 >104,72 >120,72 u M328,328 >136,72 >152,72 => "

@@ -413,11 +413,22 @@ private slots:
     }
 
     // The splash, centred, is on the screen and painted before the main window is built, and
-    // gone when the loaded main window shows.
+    // gone when the loaded main window shows. With the platform's dialogs, About is modal.
     void startUpShowsTheSplashFirstAndTheLoadedWindowLast() {
         QImage onScreen, painted;
         QString splashShows;
         QPointer<frmSplash> splash;
+        struct ShowWatch : QObject {
+            QPointer<frmSplash> &splash;
+            QString seen; // the splash if still there, and the label, when the window shows
+            explicit ShowWatch(QPointer<frmSplash> &s) : splash(s) {}
+            bool eventFilter(QObject *window, QEvent *event) override {
+                if (event->type() == QEvent::Show)
+                    seen = (splash ? "splash " : "") +
+                           static_cast<frmMain *>(window)->lblLevelNum->text();
+                return false;
+            }
+        } watch(splash);
         const std::unique_ptr<frmMain> window = Main([&] {
             for (QWidget *top : QApplication::topLevelWidgets())
                 splash = splash ? splash.get() : qobject_cast<frmSplash *>(top);
@@ -431,14 +442,24 @@ private slots:
                               .join('|');
             if (centredOn(place, splash->screen()->availableGeometry()))
                 splashShows += " centred";
-            return std::make_unique<frmMain>();
+            auto built = std::make_unique<frmMain>();
+            built->installEventFilter(&watch);
+            return built;
         });
+        QCOMPARE(watch.seen, "Level: 1 / 1");
         QCOMPARE(splashShows, "Kestrix: Levelset Editor|for Linux|Version 2.0 centred");
         QVERIFY(!painted.isNull() && !splash && window->isVisible());
         QCOMPARE(onScreen.convertToFormat(QImage::Format_RGB32),
                  painted.convertToFormat(QImage::Format_RGB32));
-        QCOMPARE(window->lblLevelNum->text() + ' ' + window->windowTitle(),
-                 "Level: 1 / 1 [Untitled] - Kestrix: Levelset Editor");
+        QCOMPARE(window->windowTitle(), "[Untitled] - Kestrix: Levelset Editor");
+        QString modal = "none";
+        QTimer::singleShot(0, [&] { // runs once the click waits for About to close
+            if (auto *about = qobject_cast<frmAbout *>(QApplication::activeModalWidget()))
+                modal = about->windowTitle(), about->cmdOK->click();
+        });
+        QToolBar *bar = window->tbToolBar;
+        QTest::mouseClick(bar->widgetForAction(bar->findChild<QAction *>("About")), Qt::LeftButton);
+        QVERIFY(modal == "About Kestrix: Levelset Editor" && !QApplication::activeModalWidget());
     }
 
     // The byte a number field's text gives, or which message: C the character one, V the value
