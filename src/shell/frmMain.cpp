@@ -16,7 +16,14 @@
 #include <QLabel>
 #include <QLayout>
 #include <QScreen>
+#include <QTimer>
 #include <QWindow>
+
+namespace {
+// How often, and for how long (40 x 50 ms), a move without a known frame is looked at again.
+constexpr int FramePolls = 40;
+constexpr int FramePollInterval = 50;
+} // namespace
 
 // The window itself, the routines that show a level, the level list and resize commands and
 // About. The controls are built in MainControls.cpp, the menus in MainMenus.cpp and the toolbar,
@@ -192,17 +199,29 @@ void frmMain::showEvent(QShowEvent *event) {
 
 bool frmMain::eventFilter(QObject *watched, QEvent *event) {
     if (watched == windowHandle()) {
-        if (event->type() == QEvent::Move && placement_ == Placement::Centred &&
-            frameGeometry() != geometry()) {
-            placement_ = Placement::FrameCentred;
-            centreOnScreen();
-        }
+        if (event->type() == QEvent::Move)
+            centreOnceFramed(FramePolls);
     } else if (event->type() == QEvent::ShortcutOverride &&
                menuOwns(*static_cast<QKeyEvent *>(event))) {
         event->ignore(); // refused by the control, the key goes to the item's shortcut
         return true;
     }
     return QMainWindow::eventFilter(watched, event);
+}
+
+// While a window manager is still framing the window, the platform may report a frame that does
+// not enclose it; the frame is known once it does, which can be a little after the last move.
+void frmMain::centreOnceFramed(int pollsLeft) {
+    if (placement_ != Placement::Centred)
+        return;
+    const QRect frame = frameGeometry();
+    if (frame != geometry() && frame.contains(geometry())) {
+        placement_ = Placement::FrameCentred;
+        centreOnScreen();
+    } else if (pollsLeft > 0) {
+        QTimer::singleShot(FramePollInterval, this,
+                           [this, pollsLeft] { centreOnceFramed(pollsLeft - 1); });
+    }
 }
 
 void frmMain::centreOnScreen() {

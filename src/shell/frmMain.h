@@ -184,6 +184,7 @@ private:
     void updateClock();
     void showCurrentLevel();
     void centreOnScreen();
+    void centreOnceFramed(int pollsLeft);
 
     std::unique_ptr<Dialogs> ownDialogs_;
     Dialogs *dialogs_;
