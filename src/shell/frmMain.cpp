@@ -20,7 +20,7 @@
 #include <QWindow>
 
 namespace {
-// How often, and for how long (40 x 50 ms), a move without a known frame is looked at again.
+// How often, and for how long (40 x 50 ms), the new window is centred again.
 constexpr int FramePolls = 40;
 constexpr int FramePollInterval = 50;
 } // namespace
@@ -186,21 +186,22 @@ void frmMain::Form_Unload() {
     }
 }
 
-// Centred on the screen when first shown. A window manager frames the window only after that; once
-// its frame is known, the frame, title bar included, is centred instead.
+// Centred on the screen when first shown. A window manager frames the window only after that, and
+// while it does, the platform may report passing sizes and frames; for a short while the frame,
+// title bar included, is centred again on every move and every few milliseconds, from the fixed
+// size and the latest frame margins, so the last word is a settled one.
 void frmMain::showEvent(QShowEvent *event) {
     QMainWindow::showEvent(event);
-    if (placement_ != Placement::None)
+    if (centringPollsLeft_ >= 0)
         return;
-    placement_ = Placement::Centred;
-    centreOnScreen();
     windowHandle()->installEventFilter(this);
+    keepCentred(FramePolls);
 }
 
 bool frmMain::eventFilter(QObject *watched, QEvent *event) {
     if (watched == windowHandle()) {
-        if (event->type() == QEvent::Move)
-            centreOnceFramed(FramePolls);
+        if (event->type() == QEvent::Move && centringPollsLeft_ > 0)
+            centreOnScreen();
     } else if (event->type() == QEvent::ShortcutOverride &&
                menuOwns(*static_cast<QKeyEvent *>(event))) {
         event->ignore(); // refused by the control, the key goes to the item's shortcut
@@ -209,25 +210,23 @@ bool frmMain::eventFilter(QObject *watched, QEvent *event) {
     return QMainWindow::eventFilter(watched, event);
 }
 
-// While a window manager is still framing the window, the platform may report a frame that does
-// not enclose it; the frame is known once it does, which can be a little after the last move.
-void frmMain::centreOnceFramed(int pollsLeft) {
-    if (placement_ != Placement::Centred)
-        return;
-    const QRect frame = frameGeometry();
-    if (frame != geometry() && frame.contains(geometry())) {
-        placement_ = Placement::FrameCentred;
-        centreOnScreen();
-    } else if (pollsLeft > 0) {
+void frmMain::keepCentred(int pollsLeft) {
+    centringPollsLeft_ = pollsLeft;
+    centreOnScreen();
+    if (pollsLeft > 0)
         QTimer::singleShot(FramePollInterval, this,
-                           [this, pollsLeft] { centreOnceFramed(pollsLeft - 1); });
-    }
+                           [this, pollsLeft] { keepCentred(pollsLeft - 1); });
 }
 
 void frmMain::centreOnScreen() {
-    if (const QScreen *shown = screen()) {
-        QRect frame = frameGeometry();
-        frame.moveCenter(shown->availableGeometry().center());
+    const QScreen *shown = screen();
+    if (!shown)
+        return;
+    QMargins margins = windowHandle()->frameMargins();
+    if (margins.left() < 0 || margins.top() < 0 || margins.right() < 0 || margins.bottom() < 0)
+        margins = QMargins(); // a frame still being made
+    QRect frame(QPoint(), minimumSize().grownBy(margins));
+    frame.moveCenter(shown->availableGeometry().center());
+    if (frame.topLeft() != windowHandle()->framePosition())
         move(frame.topLeft());
-    }
 }

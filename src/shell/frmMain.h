@@ -184,12 +184,11 @@ private:
     void updateClock();
     void showCurrentLevel();
     void centreOnScreen();
-    void centreOnceFramed(int pollsLeft);
+    void keepCentred(int pollsLeft);
 
     std::unique_ptr<Dialogs> ownDialogs_;
     Dialogs *dialogs_;
     QLabel *statusDate_ = nullptr;
     QLabel *statusTime_ = nullptr;
-    enum class Placement { None, Centred, FrameCentred };
-    Placement placement_ = Placement::None;
+    int centringPollsLeft_ = -1; // -1 until first shown
 };
