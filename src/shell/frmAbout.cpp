@@ -2,12 +2,14 @@
 
 #include "dialogs/Dialogs.h"
 #include "levelset/Levelset.h"
+#include "shell/Centring.h"
 #include "shell/SystemInfo.h"
 #include "shell/VersionText.h"
 
 #include <QFrame>
 #include <QLabel>
 #include <QPushButton>
+#include <QWindow>
 
 namespace {
 
@@ -75,10 +77,11 @@ frmAbout::frmAbout(Dialogs &dialogs, SystemInfo &systemInfo, QWidget *owner)
     cmdSysInfo->setObjectName(QStringLiteral("cmdSysInfo"));
     cmdSysInfo->setGeometry(328, 196, 100, 26);
 
-    // Qt centres the window on its owner, allowing for the frames the owner's windows have. Done
-    // before the window exists, the position it sets is the frame's, so a frame the window
-    // manager adds later is centred too; once shown, it would be taken for the inside's.
-    adjustPosition(owner);
+    if (owner)
+        new Centring(*this, [owner] {
+            return owner->windowHandle() ? owner->windowHandle()->frameGeometry()
+                                         : owner->frameGeometry();
+        });
 
     connect(cmdOK, &QPushButton::clicked, this, &frmAbout::cmdOK_Click);
     connect(cmdSysInfo, &QPushButton::clicked, this, &frmAbout::cmdSysInfo_Click);

@@ -4,6 +4,7 @@
 #include "levels/LevelList.h"
 #include "levels/LevelResize.h"
 #include "levels/PropertiesPanel.h"
+#include "shell/Centring.h"
 #include "shell/SystemInfo.h"
 #include "shell/frmAbout.h"
 #include "view/LevelView.h"
@@ -16,14 +17,7 @@
 #include <QLabel>
 #include <QLayout>
 #include <QScreen>
-#include <QTimer>
 #include <QWindow>
-
-namespace {
-// How often, and for how long (40 x 50 ms), the new window is centred again.
-constexpr int FramePolls = 40;
-constexpr int FramePollInterval = 50;
-} // namespace
 
 // The window itself, the routines that show a level, the level list and resize commands and
 // About. The controls are built in MainControls.cpp, the menus in MainMenus.cpp and the toolbar,
@@ -55,6 +49,7 @@ frmMain::frmMain(Dialogs *dialogs, QWidget *parent)
 
     // The client area has a fixed size, so the window is as big as the menu bar and that area.
     layout()->setSizeConstraint(QLayout::SetFixedSize);
+    new Centring(*this, [this] { return screen() ? screen()->availableGeometry() : QRect(); });
 }
 
 frmMain::~frmMain() = default;
@@ -186,47 +181,10 @@ void frmMain::Form_Unload() {
     }
 }
 
-// Centred on the screen when first shown. A window manager frames the window only after that, and
-// while it does, the platform may report passing sizes and frames; for a short while the frame,
-// title bar included, is centred again on every move and every few milliseconds, from the fixed
-// size and the latest frame margins, so the last word is a settled one.
-void frmMain::showEvent(QShowEvent *event) {
-    QMainWindow::showEvent(event);
-    if (centringPollsLeft_ >= 0)
-        return;
-    windowHandle()->installEventFilter(this);
-    keepCentred(FramePolls);
-}
-
 bool frmMain::eventFilter(QObject *watched, QEvent *event) {
-    if (watched == windowHandle()) {
-        if (event->type() == QEvent::Move && centringPollsLeft_ > 0)
-            centreOnScreen();
-    } else if (event->type() == QEvent::ShortcutOverride &&
-               menuOwns(*static_cast<QKeyEvent *>(event))) {
+    if (event->type() == QEvent::ShortcutOverride && menuOwns(*static_cast<QKeyEvent *>(event))) {
         event->ignore(); // refused by the control, the key goes to the item's shortcut
         return true;
     }
     return QMainWindow::eventFilter(watched, event);
-}
-
-void frmMain::keepCentred(int pollsLeft) {
-    centringPollsLeft_ = pollsLeft;
-    centreOnScreen();
-    if (pollsLeft > 0)
-        QTimer::singleShot(FramePollInterval, this,
-                           [this, pollsLeft] { keepCentred(pollsLeft - 1); });
-}
-
-void frmMain::centreOnScreen() {
-    const QScreen *shown = screen();
-    if (!shown)
-        return;
-    QMargins margins = windowHandle()->frameMargins();
-    if (margins.left() < 0 || margins.top() < 0 || margins.right() < 0 || margins.bottom() < 0)
-        margins = QMargins(); // a frame still being made
-    QRect frame(QPoint(), minimumSize().grownBy(margins));
-    frame.moveCenter(shown->availableGeometry().center());
-    if (frame.topLeft() != windowHandle()->framePosition())
-        move(frame.topLeft());
 }

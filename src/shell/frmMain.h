@@ -167,7 +167,6 @@ public:
 protected:
     void closeEvent(QCloseEvent *event) override;
     bool eventFilter(QObject *watched, QEvent *event) override;
-    void showEvent(QShowEvent *event) override;
 
 private:
     // Window construction: MainControls.cpp, MainMenus.cpp, MainToolbar.cpp.
@@ -183,12 +182,9 @@ private:
                      void (frmMain::*handler)(), const QKeySequence &shortcut = {});
     void updateClock();
     void showCurrentLevel();
-    void centreOnScreen();
-    void keepCentred(int pollsLeft);
 
     std::unique_ptr<Dialogs> ownDialogs_;
     Dialogs *dialogs_;
     QLabel *statusDate_ = nullptr;
     QLabel *statusTime_ = nullptr;
-    int centringPollsLeft_ = -1; // -1 until first shown
 };

@@ -372,7 +372,9 @@ private slots:
                 "for the effects of using this software. It has been tested and at the time "
                 "of release no known bugs were apparent.");
             // Frame on frame, title bars included, where a window manager adds them.
-            QVERIFY(centredOn(about.frameGeometry(), e.window.frameGeometry()));
+            QTRY_VERIFY_WITH_TIMEOUT(centredOn(about.windowHandle()->frameGeometry(),
+                                               e.window.windowHandle()->frameGeometry()),
+                                     5000);
             QVERIFY(!(about.windowFlags() &
                       (Qt::WindowMinimizeButtonHint | Qt::WindowMaximizeButtonHint)));
             about.cmdSysInfo->click(); // which leaves OK the default button
