@@ -375,6 +375,13 @@ private slots:
             QTRY_VERIFY_WITH_TIMEOUT(centredOn(about.windowHandle()->frameGeometry(),
                                                e.window.windowHandle()->frameGeometry()),
                                      5000);
+            QList<QRect> places; // each label in the window, clear of the others
+            for (const QLabel *label : about.findChildren<QLabel *>()) {
+                for (const QRect &place : places)
+                    QVERIFY(!place.intersects(label->geometry()));
+                places << label->geometry();
+                QVERIFY(about.rect().contains(places.last()));
+            }
             QVERIFY(!(about.windowFlags() &
                       (Qt::WindowMinimizeButtonHint | Qt::WindowMaximizeButtonHint)));
             about.cmdSysInfo->click(); // which leaves OK the default button
