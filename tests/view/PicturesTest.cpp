@@ -118,16 +118,44 @@ private slots:
         QCOMPARE(scene->cursor, QPoint(2, 4));
         QCOMPARE(scene->id(2, 4) + scene->id(12, 8), 2 + 12);
 
+        const QByteArray seven = QByteArray("X\n").repeated(7), tile = "XXXXXXXX\n";
         const std::tuple<char, QByteArray, int, QString> faulty[] = {
             {'t', "# 0: floor\n...o....\n", 2, "character 'o' in column 4"},
             {'t', "# 0: a\n........\n# 1: b\n", 3, "tile 0 has 1 rows, expected 8"},
-            {'t', "# x\n# 0: a\n" + QByteArray("XXXXXXXX\n").repeated(8), 0,
-             "tile 0; tiles run to 177"},
+            {'t', "# x\n# 0: a\n" + tile.repeated(8), 0, "tile 0; tiles run to 177"},
+            {'t', "# 0: a\n" + tile.repeated(7), 1, "tile 0 has 7 rows, expected 8"},
+            {'t', "# 0: a\n" + tile.repeated(8) + tile, 10, "tile 0 has more than 8 rows"},
+            {'t', "# 0: a\nXXXXXXXXX\n", 2, "row of 9 characters, expected 8"},
+            {'t', "# 1: a\n", 1, "expected tile 0, found tile 1"},
+            {'t', tile, 1, "sprite row before the first"},
+            {'t', "# nothing here\n", 0, "no tiles"},
+            {'l', "# c\nK 00000 black\n", 2, "six hexadecimal"},
+            {'l', "K 00G000 black\n", 1, "six hexadecimal"},
+            {'l', ". C0C0C0 silver\nK\n", 2, "expected"},
+            {'l', "KK 000000 black\n", 1, "expected"},
+            {'l', "K 000000 a\nK FFFFFF b\n", 2, "twice"},
+            {'l', "# only a comment\n", 0, "no colour"},
             {'p', "KK\nK\n", 2, "row of 1 characters, expected 2"},
-            {'f', "= I\nX\nX\n= J\nX\nX\nX\nX\nX\nX\nX\n", 4, "glyph 'I' has 2 rows"},
-            {'s', "0* 1*" + row.mid(3), 1, "a second cursor"}};
+            {'p', "KK\nKZ\n", 2, "character 'Z' in column 2 is not in the legend"},
+            {'p', "# c\nKK\n", 2, "1 rows, expected 2"},
+            {'p', "KK\nKK\n\nKK\n", 4, "more than 2 rows"},
+            {'f', "X\n", 1, "before the first"},
+            {'f', "= I\nX\nX\n= J\n" + seven, 4, "glyph 'I' has 2 rows"},
+            {'f', "# f\n= I\nX\n", 2, "glyph 'I' has 1 rows"},
+            {'f', "= I\n" + seven + "X\n", 9, "more than 7 rows"},
+            {'f', "= I\nX\nXX\n", 3, "row of 2 characters"},
+            {'f', "= I\nx\n", 2, "character 'x'"},
+            {'f', "= AB\n", 1, "one character"},
+            {'f', "= I\n" + seven + "= I\n" + seven, 9, "twice"},
+            {'s', "0* 1*" + row.mid(3), 1, "a second cursor"},
+            {'s', "# s\n" + row + "0 1\n", 3, "2 tile ids, expected 13"},
+            {'s', "178" + row.mid(1), 1, "\"178\" is not a tile id"},
+            {'s', "a" + row.mid(1), 1, "\"a\" is not a tile id"},
+            {'s', row.repeated(8), 8, "8 rows, expected 9"},
+            {'s', row.repeated(10), 10, "more than 9 rows"}};
         for (const auto &[source, text, line, message] : faulty) {
-            const bool parsed = source == 't' ? bool(parseTileSprites(text, error))
+            const bool parsed = source == 't'   ? bool(parseTileSprites(text, error))
+                                : source == 'l' ? bool(parseColourLegend(text, error))
                                 : source == 'p'
                                     ? bool(parsePixelArt(text, {{'K', Black}}, {2, 2}, error))
                                 : source == 'f' ? bool(PixelFont::parse(text, error))
