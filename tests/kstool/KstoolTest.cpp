@@ -1,5 +1,6 @@
 // kstool as users run it: the real program, built beside the tests, on real files.
 #include "levelset/LevelsetFile.h"
+#include "support/FileBytes.h"
 #include "support/FileSizeLimit.h"
 #include "view/Tileset.h"
 #include "view/drawLevel.h"
@@ -22,13 +23,9 @@ struct Run {
 // An empty folder of its own where kstool runs.
 struct Folder : QTemporaryDir {
     void write(const QString &name, const QByteArray &bytes) const {
-        QFile file(filePath(name));
-        QVERIFY(file.open(QIODevice::WriteOnly) && file.write(bytes) == bytes.size());
+        putFile(filePath(name), bytes);
     }
-    QByteArray read(const QString &name) const {
-        QFile file(filePath(name));
-        return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
-    }
+    QByteArray read(const QString &name) const { return fileBytes(filePath(name)); }
     QImage image(const QString &name) const {
         return QImage(filePath(name)).convertToFormat(QImage::Format_RGB32);
     }
@@ -58,15 +55,15 @@ const QString Varied =
 // L(x,y)*N=V (N cells from there in row order; V "i" counts them), @OFF=V (the byte or text V
 // at an offset), +TEXT, -N, :N (TEXT added, N bytes cut off, the first N kept), s#RE#TO# (each
 // match replaced). Instead of N: varied; noise (1 MiB, count byte 200, first level 20 x 40);
-// 'TEXT'; o.json:SPEC, o-1.tmx:SPEC or o-2.tmx:SPEC, a file of SPEC's export ('_' for blanks).
-QByteArray file(QString spec) {
+// 'TEXT'; o.json:R, o-1.tmx:R or o-2.tmx:R, a file of recipe R's export ('_' for blanks).
+QByteArray file(QString recipe) {
     static const QRegularExpression substitution("s#([^#]*)#([^#]*)#"),
         edit(R"(^(\d)(?:\.(\w+)|\((\d+),(\d+)\)\*?(\d*))=(\w+)$)");
     static const QStringList fields{
         "height",  "width",    "objectives", "time",      "putX",    "putY",    "takeX",  "takeY",
         "putType", "takeType", "levelType",  "alienType", "finishX", "finishY", "startX", "startY"};
-    const auto replacements = substitution.globalMatch(spec);
-    QStringList tokens = spec.remove(substitution).split(' ', Qt::SkipEmptyParts);
+    const auto replacements = substitution.globalMatch(recipe);
+    QStringList tokens = recipe.remove(substitution).split(' ', Qt::SkipEmptyParts);
     if (tokens[0] == "varied")
         tokens = Varied.split(' ') + tokens.mid(1);
     const QString base = tokens.takeFirst(), exported = base.section(':', 0, 0);
@@ -115,7 +112,7 @@ QByteArray file(QString spec) {
     return bytes;
 }
 
-// "name=spec; ..." as files by name; "name=*" is a file of any content, given as empty, and
+// "name=recipe; ..." as files by name; "name=*" is a file of any content, given as empty, and
 // "name='gone'" one that is no longer there.
 QMap<QString, QByteArray> files(const QString &list) {
     QMap<QString, QByteArray> all;
@@ -185,20 +182,20 @@ private slots:
         const QString tiled = QStandardPaths::findExecutable("tiled");
         qputenv("QT_QPA_PLATFORM", "offscreen"); // Tiled's command-line export needs no display
         const QStringList jsonOnly{"''", "1 :30", "1 -10", "1 @7=0", "1 @53=33", "noise"};
-        for (const QString &spec :
+        for (const QString &recipe :
              jsonOnly + QStringList{"1", "varied +xy", "8 8.width=32 8.height=32 8(0,0)*1024=i",
                                     "8 @7=9", "1 @7=255", "1 @52=0", "1 +xyz", "3 3(0,0)*11=69"})
             for (const QString format : {"json", "tmx"}) {
                 const Folder folder;
-                const QByteArray bytes = file(spec);
+                const QByteArray bytes = file(recipe);
                 folder.write("a", bytes);
-                const bool carried = format == "json" || !jsonOnly.contains(spec);
+                const bool carried = format == "json" || !jsonOnly.contains(recipe);
                 const Run run = folder.run("export a -o o." + format);
                 QCOMPARE(run.exitCode + run.err.contains("holds no complete level"), 2 * !carried);
                 if (format == "json")
                     QCOMPARE(folder.run("export a --stdout").out.toUtf8(), folder.read("o.json"));
                 QCOMPARE(folder.run("import o." + format + " -o zkstlbbb.kst").exitCode, !carried);
-                QVERIFY2(folder.read("zkstlbbb.kst") == (carried ? bytes : ""), qPrintable(spec));
+                QVERIFY2(folder.read("zkstlbbb.kst") == (carried ? bytes : ""), qPrintable(recipe));
                 if (format == "json" || !carried)
                     continue;
                 const QByteArray picture =
@@ -212,7 +209,7 @@ private slots:
                                  .exitCode,
                              0);
                 QCOMPARE(folder.run("import t.tmx -o zkstlccc.kst").exitCode, 0);
-                QVERIFY2(folder.read("zkstlccc.kst") == bytes, qPrintable(spec));
+                QVERIFY2(folder.read("zkstlccc.kst") == bytes, qPrintable(recipe));
             }
         if (tiled.isEmpty())
             QSKIP("tiled is not on PATH");
