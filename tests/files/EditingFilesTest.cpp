@@ -2,6 +2,7 @@
 
 #include "levelset/LevelsetFile.h"
 #include "support/EditorWindow.h"
+#include "support/FileBytes.h"
 #include "support/FileSizeLimit.h"
 #include "view/CellFromPixel.h"
 #include "view/SetFloor.h"
@@ -15,16 +16,6 @@
 namespace {
 
 using B = QMessageBox;
-
-QByteArray fileBytes(const QString &path) {
-    QFile file(path);
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
-}
-
-void putFile(const QString &path, const QByteArray &bytes) {
-    QFile file(path);
-    QVERIFY(file.open(QIODevice::WriteOnly) && file.write(bytes) == bytes.size());
-}
 
 QPoint pixel(const QString &xy) {
     return {xy.section(',', 0, 0).toInt(), xy.section(',', 1).toInt()};

@@ -4,6 +4,7 @@
 #include "analysis/TileCatalogue.h"
 #include "levelset/LevelsetFile.h"
 #include "levelset/LevelsetName.h"
+#include "support/FileBytes.h"
 
 #include <QDir>
 #include <QRegularExpression>
@@ -20,13 +21,9 @@ const QByteArray FreshFile = "KST0ABC" + QByteArray("\x01\0\0", 3) + QByteArray(
                              QByteArray(96, '\0');
 constexpr int Untouched = 0xEE; // what cells the reader must leave alone held before
 
-QByteArray contents(const QString &path) {
-    QFile file(path);
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
-}
 // The fuzzer's seed files, named after what they hold.
 QByteArray seed(const QString &name) {
-    return contents(QStringLiteral(KST_SEED_DIR "/") + name);
+    return fileBytes(QStringLiteral(KST_SEED_DIR "/") + name);
 }
 
 // A default level resized to width x height, filled with tiles row by row from the top-left.
@@ -146,13 +143,13 @@ private slots:
         for (const auto &[name, error] : rows) {
             QTemporaryDir dir;
             const QByteArray full = seed("full.kst");
-            QFile old(dir.filePath("zkstlful.kst"));
-            QVERIFY(QDir(dir.path()).mkdir("folder.kst") && old.open(QIODevice::WriteOnly));
-            QVERIFY(old.write(full) == 8372 && old.flush());
+            const QString old = dir.filePath("zkstlful.kst");
+            QVERIFY(QDir(dir.path()).mkdir("folder.kst"));
+            putFile(old, full);
             const ReplaceResult result = saveLevelsetFile(Levelset(), dir.filePath(name));
             QCOMPARE(result.failure, error ? qt_error_string(error) : QString());
             QVERIFY(!result.inPlace);
-            QCOMPARE(contents(old.fileName()), error ? full : "KST0FUL" + FreshFile.mid(7));
+            QCOMPARE(fileBytes(old), error ? full : "KST0FUL" + FreshFile.mid(7));
             QCOMPARE(
                 QDir(dir.path()).entryList(QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot),
                 QStringList({"folder.kst", "zkstlful.kst"}));

@@ -3,6 +3,7 @@
 #include "SplashImage.h"
 #include "TilesetImage.h"
 #include "levelset/LevelRecord.h"
+#include "support/FileBytes.h"
 #include "view/LevelView.h"
 #include "view/Marker.h"
 #include "view/Tileset.h"
@@ -20,10 +21,6 @@ constexpr QRgb Black = 0xff000000, White = 0xffffffff, Grey = 0xffc0c0c0, Yellow
 // Tile id's 16 x 16 cell of a tileset, eight cells to a row.
 QImage cell(const QImage &tileset, int id) {
     return tileset.copy(16 * (id % 8), 16 * (id / 8), 16, 16);
-}
-QByteArray contents(const QString &path) {
-    QFile file(path);
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
 }
 int count(const QImage &image, QRgb colour) {
     const auto *pixels = reinterpret_cast<const QRgb *>(image.constBits());
@@ -166,9 +163,7 @@ private slots:
         // The generator as the build runs it: a faulty run fails and leaves an earlier image be.
         QTemporaryDir dir;
         const QString output = dir.filePath("out.png"), tiles = dir.filePath("tiles.txt");
-        QFile file(tiles);
-        QVERIFY(file.open(QIODevice::WriteOnly) && file.write(std::get<1>(faulty[0])) > 0);
-        file.close();
+        putFile(tiles, std::get<1>(faulty[0]));
         const QStringList runs[] = {
             {"tileset", tiles, output},
             {"picture", RESOURCES "/colours.txt", RESOURCES "/icon32.txt", "16x16", output},
@@ -177,10 +172,8 @@ private slots:
             QProcess run;
             run.start(IMAGEGEN, arguments);
             QVERIFY(run.waitForFinished() && run.exitCode() == 1);
-            QVERIFY(!QFile::exists(output) || contents(output) == "earlier");
-            file.setFileName(output);
-            QVERIFY(file.open(QIODevice::WriteOnly) && file.write("earlier") == 7);
-            file.close();
+            QVERIFY(!QFile::exists(output) || fileBytes(output) == "earlier");
+            putFile(output, "earlier");
         }
         QProcess sheetRun;
         sheetRun.start(IMAGEGEN, {"sheet", RESOURCES "/tiles.txt", RESOURCES "/font.txt", output});
