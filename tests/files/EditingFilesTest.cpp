@@ -103,7 +103,8 @@ struct Session : EditorWindow {
 
     // The current level's cells x,y and header bytes hN, the markers' cells (in brackets while
     // hidden), the items checked, label, path (and title unless it names it), status; what was
-    // asked: ? the prompt, ! an invalid name, # holes and guards, O and S the dialogs; each file:
+    // asked: ? the prompt, ! an invalid name, # holes and guards, O and S the dialogs (in the
+    // program's folder, for levelsets); each file:
     // a link by its target, else its tag, "~" and a hash unless it holds the marked levelset, and
     // its mode unless 644.
     QMap<QString, QString> state() {
@@ -111,7 +112,7 @@ struct Session : EditorWindow {
         QMap<QString, QString> items{
             {"label", label().remove("Level: ")},
             {"path", local(path) + (title() == windowTitle(path) ? "" : " title " + title())},
-            {"popups", QString::number(dialogs.popups.size())},
+            {"popups", QString::number(dialogs.popups)},
             {"status", '\'' + local(status()) + '\''},
             {"window", window.isVisible() ? "open" : "closed"}};
         for (int i = 0; i < 1024; ++i)
@@ -144,8 +145,12 @@ struct Session : EditorWindow {
         for (const ScriptedDialogs::Message &m : dialogs.messages)
             items["asked"] +=
                 known.contains(key(m)) ? QString("?!#")[known.indexOf(key(m))] : '<' + key(m) + '>';
-        items["asked"] +=
-            QString(dialogs.openQuestions.size(), 'O') + QString(dialogs.saveQuestions.size(), 'S');
+        const QString dialog =
+            "|KST Levelsets (zkstl*.kst)|zkstl*.kst|" + qApp->applicationDirPath();
+        for (const QString &question : dialogs.fileQuestions)
+            items["asked"] += question == "Open" + dialog      ? "O"
+                              : question == "Save As" + dialog ? "S"
+                                                               : '<' + question + '>';
         QDirIterator it(folder.path(), QDir::Files | QDir::Hidden, QDirIterator::Subdirectories);
         while (it.hasNext()) {
             const QFileInfo file(it.next());
@@ -237,7 +242,7 @@ private slots:
             for (int i = 0; i < 1024; ++i)
                 QCOMPARE(w.tile(i % 32, i / 32), fresh.draw(mode));
             const auto &tiles = w.level().tiles;
-            QVERIFY(w.dialogs.popups.isEmpty());
+            QCOMPARE(w.dialogs.popups, 0);
             QVERIFY(mode != 1 || std::abs(std::count(tiles.begin(), tiles.end(), 89) - 341) < 60);
         }
     }

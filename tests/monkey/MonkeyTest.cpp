@@ -98,13 +98,15 @@ struct Monkey {
         QStringList messages;
         for (const ScriptedDialogs::Message &m : dialogs.messages)
             messages << m.text;
-        const QStringList names = (saveNames << "").mid(0, dialogs.saveQuestions.size());
+        const QStringList names =
+            (saveNames << "").mid(0, dialogs.fileQuestions.filter("Save As|").size());
         const bool save = fileCommand.contains("Save"),
                    prompted = messages.value(0) == "Save current Levelset?";
         const bool closes = !save && !fileCommand.contains(QRegularExpression("New|Open")) &&
                             answer != QMessageBox::Cancel;
-        recent.last() +=
-            " [" + names.join(u',') + (dialogs.openQuestions.isEmpty() ? "" : ' ' + opened) + ']';
+        recent.last() += " [" + names.join(u',') +
+                         (dialogs.fileQuestions.filter("Open|").isEmpty() ? "" : ' ' + opened) +
+                         ']';
         static const QRegularExpression rule("/zkstl[^/]{3}\\.kst$",
                                              QRegularExpression::CaseInsensitiveOption);
         QStringList targets = {before.levelsetPath};

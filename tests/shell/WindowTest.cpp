@@ -58,8 +58,8 @@ QVariantList state(EditorWindow &e) {
             qPrintable(p.txtTime->text()), s.current().header[L::Time],
             s.current().header[L::LevelType], s.current().header[L::AlienType],
             p.optHatchery->isChecked() ? 'H' : 'N', p.optStrong->isChecked() ? 'S' : 'W',
-            qPrintable(messages), int(e.dialogs.openQuestions.size()),
-            int(e.dialogs.saveQuestions.size()), e.dialogs.modalCount),
+            qPrintable(messages), int(e.dialogs.fileQuestions.filter("Open|").size()),
+            int(e.dialogs.fileQuestions.filter("Save As|").size()), e.dialogs.modalCount),
         e.title(), e.status(), e.window.picLevel->image(),
         QByteArray(reinterpret_cast<const char *>(&s.levels), sizeof s.levels)};
     for (const Marker *m : e.window.findChildren<Marker *>())

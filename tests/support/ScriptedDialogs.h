@@ -18,17 +18,10 @@ public:
         QMessageBox::Icon icon;
         QMessageBox::StandardButtons buttons;
     };
-    struct FileQuestion {
-        QString title;
-        QString filter;
-        QString dir;
-    };
 
     QList<Message> messages;
-    QList<FileQuestion> openQuestions;
-    QList<FileQuestion> saveQuestions;
-    QList<QStringList> popups; // the object names of each popup's actions
-    int modalCount = 0;
+    QStringList fileQuestions; // "title|filter|folder" of each file dialog
+    int popups = 0, modalCount = 0;
 
     QQueue<QMessageBox::StandardButton> messageAnswers;
     QQueue<QString> openAnswers;
@@ -46,21 +39,20 @@ public:
         return messageAnswers.isEmpty() ? QMessageBox::NoButton : messageAnswers.dequeue();
     }
     QString openFileName(const QString &title, const QString &filter, const QString &dir) override {
-        openQuestions.append({title, filter, dir});
+        fileQuestions << title + '|' + filter + '|' + dir;
         return openAnswers.isEmpty() ? QString() : openAnswers.dequeue();
     }
     QString saveFileName(const QString &title, const QString &filter, const QString &dir) override {
-        saveQuestions.append({title, filter, dir});
+        fileQuestions << title + '|' + filter + '|' + dir;
         return saveAnswers.isEmpty() ? QString() : saveAnswers.dequeue();
     }
     QAction *popup(QMenu &menu, const QPoint &) override {
-        QStringList names;
-        for (QAction *action : menu.actions())
-            names.append(action->objectName());
-        popups.append(names);
+        ++popups;
         const QString choice = popupAnswers.isEmpty() ? QString() : popupAnswers.dequeue();
-        const qsizetype chosen = choice.isEmpty() ? -1 : names.indexOf(choice);
-        return chosen < 0 ? nullptr : menu.actions().at(chosen);
+        for (QAction *action : menu.actions())
+            if (!choice.isEmpty() && action->objectName() == choice)
+                return action;
+        return nullptr;
     }
     void showModal(QDialog &dialog) override {
         ++modalCount;
