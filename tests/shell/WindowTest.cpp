@@ -8,6 +8,7 @@
 #include "shell/frmAbout.h"
 #include "shell/frmSplash.h"
 #include "support/EditorWindow.h"
+#include "view/drawLevel.h"
 
 #include <QClipboard>
 #include <QMenuBar>
@@ -40,7 +41,7 @@ bool centredOn(const QRect &frame, const QRect &area) {
 // What the window shows and asked, first as text: the label's numbers, the size, the passcode
 // field and its slot, the objectives and time fields with their bytes, the level and alien type
 // bytes and options, the messages (C, V the character and value ones, else the first letter),
-// and the opens, saves and modal windows.
+// the opens, saves and modal windows, and "stale" unless the view shows the current level.
 QVariantList state(EditorWindow &e) {
     const Levelset &s = e.levelset();
     const PropertiesPanel &p = *e.window.panel;
@@ -49,9 +50,11 @@ QVariantList state(EditorWindow &e) {
         messages += m.text == "Invalid character!"   ? u'C'
                     : m.text.startsWith("Invalid v") ? u'V'
                                                      : m.text[0];
+    QImage drawn;
+    drawLevel(s.current(), drawn);
     QVariantList all{
         QString::asprintf(
-            "%s %dx%d [%s|%s] O%s=%d T%s=%d %d/%d%c%c %s|%d%d%d", qPrintable(e.label().mid(7)),
+            "%s %dx%d [%s|%s] O%s=%d T%s=%d %d/%d%c%c %s|%d%d%d%s", qPrintable(e.label().mid(7)),
             s.current().width(), s.current().height(), qPrintable(p.txtPasscode->text()),
             qPrintable(s.currentLevel ? s.passcode(s.currentLevel - 1) : ""),
             qPrintable(p.txtObjectives->text()), s.current().header[L::Objectives],
@@ -59,7 +62,8 @@ QVariantList state(EditorWindow &e) {
             s.current().header[L::LevelType], s.current().header[L::AlienType],
             p.optHatchery->isChecked() ? 'H' : 'N', p.optStrong->isChecked() ? 'S' : 'W',
             qPrintable(messages), int(e.dialogs.fileQuestions.filter("Open|").size()),
-            int(e.dialogs.fileQuestions.filter("Save As|").size()), e.dialogs.modalCount),
+            int(e.dialogs.fileQuestions.filter("Save As|").size()), e.dialogs.modalCount,
+            e.window.picLevel->image() == drawn ? "" : " stale"),
         e.title(), e.status(), e.window.picLevel->image(),
         QByteArray(reinterpret_cast<const char *>(&s.levels), sizeof s.levels)};
     for (const Marker *m : e.window.findChildren<Marker *>())
@@ -300,43 +304,14 @@ private slots:
                     enter(*e, token);
             for (const QChar letter : click || field ? QString() : token) {
                 const qsizetype n = Items.indexOf(letter);
-                for (EditorWindow *e : {&byMenu, &byButton}) {
-                    e->window.levelCursor->place(QPoint(32, 32));
+                for (EditorWindow *e : {&byMenu, &byButton})
                     if (QString("wWhH").contains(letter)) // which repaint even at a limit
                         e->window.picLevel->drawLevel(L{}, e->window.picTileset->image());
-                }
-                const Levelset before = byMenu.levelset();
                 byMenu.item("mnu" + Items[n - 3])->trigger();
                 QToolBar *bar = byButton.window.tbToolBar;
                 QTest::mouseClick(bar->widgetForAction(bar->findChild<QAction *>(Items[n - 1])),
                                   Qt::LeftButton);
-                if (QString("NOSA").contains(letter))
-                    continue;
-                // Only the size of the level that was current may change, and the types of the
-                // one shown; the view, markers and panel show the current level; the level
-                // cursor goes home with another level.
-                const Levelset &s = byMenu.levelset();
-                const L &level = s.current();
-                for (int i = 0; i < Levelset::MaxLevels; ++i) {
-                    L was = before.levels[i];
-                    if (i == before.currentLevel) // height and width, the first two bytes
-                        std::copy_n(s.levels[i].header.begin(), 2, was.header.begin());
-                    if (i == s.currentLevel) // level type and alien type
-                        std::copy_n(&level.header[L::LevelType], 2, &was.header[L::LevelType]);
-                    QVERIFY(s.levels[i] == was && s.passcodes == before.passcodes);
-                }
-                bool viewAgrees = true;
-                for (int i = 0; i < L::GridSize * L::GridSize; ++i)
-                    viewAgrees &=
-                        byMenu.cellIsGrey(i % 32, i / 32) != level.contains(i % 32, i / 32);
-                const frmMain &w = byMenu.window;
-                QVERIFY(viewAgrees && w.panel->txtTime->text().toInt() == level.header[L::Time]);
-                QCOMPARE(w.shpStart->pos(),
-                         16 * QPoint(level.header[L::StartX], level.header[L::StartY]));
-                QCOMPARE(w.shpFinish->pos(),
-                         16 * QPoint(level.header[L::FinishX], level.header[L::FinishY]));
-                QCOMPARE(w.levelCursor->pos(),
-                         QPoint(32, 32) * (s.currentLevel == before.currentLevel));
+                QVERIFY2(!state(byMenu)[0].toString().endsWith("stale"), qPrintable(token));
             }
         }
         // Unknown keys and levels outside the set do nothing.

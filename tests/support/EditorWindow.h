@@ -39,30 +39,19 @@ struct EditorWindow {
     QString status() const { return window.statusText->text(); }
     QString label() const { return window.lblLevelNum->text(); }
     QAction *item(const QString &name) const { return window.findChild<QAction *>(name); }
-    Marker *marker(const QString &name) const { return window.findChild<Marker *>(name); }
     void answer(std::initializer_list<QMessageBox::StandardButton> buttons) {
         dialogs.messageAnswers.append(buttons);
-    }
-
-    static QPoint cellCentre(int x, int y) { return {16 * x + 8, 16 * y + 8}; }
-    static QPoint paletteCell(int id) { return {16 * (id % 8), 16 * (id / 8)}; }
-    // Sprites are black and white only, so only a cell outside the level is grey at its centre.
-    bool cellIsGrey(int x, int y) const {
-        return QColor(window.picLevel->image().pixel(cellCentre(x, y))) == QColor(192, 192, 192);
     }
 
     void press(Qt::MouseButton button, QPoint pos, Qt::KeyboardModifiers modifiers = {}) {
         QTest::mousePress(window.picLevel, button, modifiers, pos);
         held |= button;
     }
-    void release(Qt::MouseButton button, QPoint pos) {
-        QTest::mouseRelease(window.picLevel, button, Qt::NoModifier, pos);
-        held &= ~button;
-    }
     void releaseAll() {
         for (Qt::MouseButton button : {Qt::LeftButton, Qt::RightButton, Qt::MiddleButton})
             if (held.testFlag(button))
-                release(button, QPoint(0, 0));
+                QTest::mouseRelease(window.picLevel, button, Qt::NoModifier, QPoint(0, 0));
+        held = {};
     }
     // With a button held the move reaches the view even outside it (pointer capture).
     void moveTo(QPoint pos) { QTest::mouseMove(window.picLevel, pos); }
@@ -73,6 +62,6 @@ struct EditorWindow {
         QApplication::sendEvent(window.picLevel, &event);
     }
     void clickPalette(Qt::MouseButton button, int id) {
-        QTest::mouseClick(window.picTiles, button, Qt::NoModifier, paletteCell(id) + QPoint(8, 8));
+        QTest::mouseClick(window.picTiles, button, {}, {16 * (id % 8) + 8, 16 * (id / 8) + 8});
     }
 };
