@@ -8,9 +8,7 @@
 
 #include <QDir>
 #include <QRegularExpression>
-#include <QTemporaryDir>
 #include <QTest>
-#include <cerrno>
 #include <random>
 
 namespace {
@@ -100,6 +98,8 @@ private slots:
             }
             QCOMPARE(readerViolation(file), QString());
         }
+        Levelset endless; // is not read whole
+        QVERIFY(readLevelsetFile(endless, "/dev/zero")->trailingBytes);
     }
 
     // Noise, every seed and files cut anywhere keep the reader's invariants; thousands of random
@@ -131,32 +131,6 @@ private slots:
             QVERIFY(readLevelset(levelset, cut).shortFile);
             QCOMPARE(readerViolation(cut), QString());
         }
-    }
-
-    // A save either leaves exactly the new bytes, a small levelset over a large file too, or
-    // names the reason and leaves every file as it was; no temporary file is left beside them.
-    void saveAndReadFiles() {
-        const std::pair<QString, int> rows[] = {{"zkstlful.kst", 0},
-                                                {"missing/zkstlabc.kst", ENOENT},
-                                                {"zkstlful.kst/zkstlabc.kst", ENOTDIR},
-                                                {"folder.kst", EISDIR}};
-        for (const auto &[name, error] : rows) {
-            QTemporaryDir dir;
-            const QByteArray full = seed("full.kst");
-            const QString old = dir.filePath("zkstlful.kst");
-            QVERIFY(QDir(dir.path()).mkdir("folder.kst"));
-            putFile(old, full);
-            const ReplaceResult result = saveLevelsetFile(Levelset(), dir.filePath(name));
-            QCOMPARE(result.failure, error ? qt_error_string(error) : QString());
-            QVERIFY(!result.inPlace);
-            QCOMPARE(fileBytes(old), error ? full : "KST0FUL" + FreshFile.mid(7));
-            QCOMPARE(
-                QDir(dir.path()).entryList(QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot),
-                QStringList({"folder.kst", "zkstlful.kst"}));
-        }
-        // An endless file is not read whole.
-        Levelset levelset;
-        QVERIFY(readLevelsetFile(levelset, "/dev/zero")->trailingBytes);
     }
 
     // A fresh or reset levelset is the listed bytes; cells go row by row, none outside the level.
