@@ -105,9 +105,11 @@ private slots:
         SourceError error;
         const auto font = PixelFont::parse("= I\nX\nX\nX\nX\nX\nX\nX\n", error);
         QVERIFY2(font, qPrintable(error.message));
-        // The reference sheet: 8 columns of 64-pixel cells and 32 rows, with room for the ids.
+        // The reference sheet: 8 columns of 64-pixel cells and 32 rows, with room for the ids,
+        // each on a strip across the top of its cell, unlike the margin above.
         const QImage sheet = referenceSheet(Tileset::image(), *font);
         QVERIFY(sheet.width() >= 8 * 64 && sheet.height() >= 32 * 64);
+        QVERIFY(sheet.pixel(12 + 63, 12) != sheet.pixel(12 + 63, 11));
         const QByteArray row = "0 1 2 3 4 5 6 7 8 9 10 11 12\n";
         const auto scene = parseSplashScene(
             row.repeated(4) + "0 1 2* 3 4 5 6 7 8 9 10 11 12\n" + row.repeated(4), error);
