@@ -152,7 +152,8 @@ private slots:
         // Each control's place in the client area and its caption, which fits it, or colour,
         // then its state; the checked items and the focus order.
         const QString expected =
-            "tbToolBar 0,0 803x28|sbStatusBar 0,554 803x18|lblLevelNum 8,40 113x17 Level: 1 / "
+            "tbToolBar 0,0 803x28|sbStatusBar 0,554 803x18|statusText 2,557 597x13 "
+            "Status|lblLevelNum 8,40 113x17 Level: 1 / "
             "1|fraLevelType 8,104 121x81 Level Type|optNormal 16,128 105x17 Normal "
             "checked|optHatchery 16,152 105x17 Hatchery|fraAlienType 8,232 121x81 Alien "
             "Type|optWeak 16,256 105x17 Normal checked|optStrong 16,280 105x17 Strong|lblPasscode "
@@ -167,7 +168,7 @@ private slots:
             "mnuToolsMouseChoice0|picLevel picTiles optNormal optHatchery optWeak optStrong "
             "txtPasscode txtObjectives txtTime";
         QStringList shown;
-        for (const QString &row : expected.split('|').mid(0, 27)) {
+        for (const QString &row : expected.split('|').mid(0, 28)) {
             const QWidget *c = w.client->findChild<QWidget *>(row.section(' ', 0, 0));
             const auto *marker = qobject_cast<const Marker *>(c);
             const auto *frame = qobject_cast<const QFrame *>(c);
@@ -350,13 +351,16 @@ private slots:
             QTRY_VERIFY_WITH_TIMEOUT(centredOn(about.windowHandle()->frameGeometry(),
                                                e.window.windowHandle()->frameGeometry()),
                                      5000);
-            QList<QRect> places; // each label in the window, clear of the others
-            for (const QLabel *label : about.findChildren<QLabel *>()) {
-                for (const QRect &place : places)
-                    QVERIFY(!place.intersects(label->geometry()));
-                places << label->geometry();
-                QVERIFY(about.rect().contains(places.last()));
-            }
+            QStringList places; // each control's place; the title in bold
+            for (const QWidget *c : about.findChildren<QWidget *>(Qt::FindDirectChildrenOnly))
+                places << QString::asprintf("%s %d,%d %dx%d%s", qPrintable(c->objectName()), c->x(),
+                                            c->y(), c->width(), c->height(),
+                                            c->font().bold() ? " bold" : "");
+            QCOMPARE(places.join('|'),
+                     "picIcon 16,16 32x32|lblTitle 72,16 352x22 bold|lblVersion 72,42 352x17|"
+                     "lblDescription 72,68 352x34|lblAuthor 72,108 352x17|Line1 8,140 424x1|Line1 "
+                     "8,141 424x1|lblDisclaimer 16,156 296x88|cmdOK 328,160 100x26|cmdSysInfo "
+                     "328,196 100x26");
             QVERIFY(!(about.windowFlags() &
                       (Qt::WindowMinimizeButtonHint | Qt::WindowMaximizeButtonHint)));
             about.cmdSysInfo->click(); // which leaves OK the default button
