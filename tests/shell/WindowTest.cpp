@@ -425,17 +425,19 @@ private slots:
                            ->grabWindow(0, place.x(), place.y(), place.width(), place.height())
                            .toImage();
             painted = splash->grab().toImage();
-            splashShows = QStringList({splash->lblProductName->text(), splash->lblPlatform->text(),
-                                       splash->lblVersion->text()})
-                              .join('|');
+            for (const QLabel *label :
+                 {splash->lblProductName, splash->lblPlatform, splash->lblVersion})
+                splashShows += label->text() + ' ' + QString::number(label->font().pointSizeF()) +
+                               (label->font().bold() ? " bold|" : "|");
             if (centredOn(place, splash->screen()->availableGeometry()))
-                splashShows += " centred";
+                splashShows += "centred";
             auto built = std::make_unique<frmMain>();
             built->installEventFilter(&watch);
             return built;
         });
         QCOMPARE(watch.seen, "Level: 1 / 1");
-        QCOMPARE(splashShows, "Kestrix: Levelset Editor|for Linux|Version 2.0 centred");
+        QCOMPARE(splashShows, "Kestrix: Levelset Editor 18 bold|for Linux 13.5 bold|Version 2.0 12 "
+                              "bold|centred");
         QVERIFY(!painted.isNull() && !splash && window->isVisible());
         QCOMPARE(onScreen.convertToFormat(QImage::Format_RGB32),
                  painted.convertToFormat(QImage::Format_RGB32));
