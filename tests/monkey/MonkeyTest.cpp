@@ -18,7 +18,7 @@
 
 // A seeded random walk over a real main window, every question answered at random, checking after
 // every action the rules that always hold and every file of its folder. KST_MONKEY_ACTIONS sets
-// the length; KST_MONKEY_SEED runs one seed, to replay a failure.
+// the length (past five minutes, with QTEST_FUNCTION_TIMEOUT); KST_MONKEY_SEED replays a seed.
 struct Monkey {
     static constexpr int Cell = 16;
     std::mt19937 random;
@@ -304,15 +304,6 @@ struct Monkey {
 
 class MonkeyTest : public QObject {
     Q_OBJECT
-public:
-    // Beyond QtTest's five minutes, a long walk gets 20 ms an action, a sanitized build's pace
-    // ten times over.
-    MonkeyTest() {
-        const qint64 needed = 20LL * qEnvironmentVariableIntValue("KST_MONKEY_ACTIONS");
-        if (needed > 300000 && !qEnvironmentVariableIsSet("QTEST_FUNCTION_TIMEOUT"))
-            qputenv("QTEST_FUNCTION_TIMEOUT", QByteArray::number(needed));
-    }
-
 private slots:
     void initTestCase() { QApplication::setQuitOnLastWindowClosed(false); }
 
