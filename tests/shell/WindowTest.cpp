@@ -79,11 +79,15 @@ void enter(EditorWindow &e, const QString &token) {
     if (token[1] == '<' || token[1] == '#')
         e.activate(); // keys and menus go to the active window
     field->setFocus();
-    if (token[1] == '=' || token[1] == '#')
+    if (QString("=#~").contains(token[1]))
         field->selectAll();
     QApplication::clipboard()->setText(text);
     if (token[1] == '<') {
         QTest::keySequence(field, QKeySequence(text));
+    } else if (token[1] == '~') { // as an input method commits it
+        QInputMethodEvent commit;
+        commit.setCommitString(text);
+        QApplication::sendEvent(field, &commit);
     } else if (token[1] == '*') {
         field->clear(); // the press drops the selection the others replace
         QApplication::clipboard()->setText(text, QClipboard::Selection);
@@ -232,8 +236,9 @@ private slots:
     // "->" (see state()). A run of letters is commands (see Items), through the menu in one
     // window and the toolbar in the other. P, O or T enters text into the passcode, objectives
     // or time field, "_" for a blank: "=" typed over the selected field, "+" typed at the caret,
-    // "#" pasted from the field's menu, "*" with the middle button, "<" as keys. "!" clicks a
-    // control. Past the second, levels differ in size, time, types, contents and passcode.
+    // "#" pasted from the field's menu, "*" with the middle button, "~" by an input method over
+    // the selection, "<" as keys. "!" clicks a control. Past the second, levels differ in size,
+    // time, types, contents and passcode.
     void scripts_data() {
         QTest::addColumn<QString>("script");
         for (const char *row :
@@ -262,6 +267,7 @@ private slots:
               "++>> P=abcdefg P+\b -> 3 / 3 14x10 [abcd|ABCD  ] O0=0 T42=42 1/3HW |000",
               "++>> P#abcdefgh -> 3 / 3 14x10 [abcde|ABCDE ] O0=0 T42=42 1/3HW |000",
               "++>> P*abcdefgh -> 3 / 3 14x10 [abcde|ABCDE ] O0=0 T42=42 1/3HW |000",
+              "++>> P~abcdefgh T~1234 -> 3 / 3 14x10 [abcde|ABCDE ] O0=0 T123=123 1/3HW |000",
               "++>> P+g P+\b P+g -> 3 / 3 14x10 [Mixed|MIXED ] O0=0 T42=42 1/3HW |000",
               "++>> !optNormal !optStrong -> 3 / 3 14x10 [Mixed1|Mixed1] O0=0 T42=42 0/4NS |000",
               "+> P=abc P<Home,Right,Del P<End,Left,Backspace -> 2 / 2 12x8 [c|C     ] O0=0 "
@@ -296,7 +302,7 @@ private slots:
         for (const QString &token : script.section(" -> ", 0, 0).split(' ')) {
             const bool click = token[0] == '!', field = token.size() > 1 &&
                                                         QString("POT").contains(token[0]) &&
-                                                        QString("=+#*<").contains(token[1]);
+                                                        QString("=+#*<~").contains(token[1]);
             for (EditorWindow *e : {&byMenu, &byButton})
                 if (click)
                     QTest::mouseClick(e->window.client->findChild<QWidget *>(token.mid(1)),
