@@ -104,9 +104,8 @@ struct Session : EditorWindow {
     // The current level's cells x,y and header bytes hN, the markers' cells (in brackets while
     // hidden), the items checked, label, path (and title unless it names it), status; what was
     // asked: ? the prompt, ! an invalid name, # holes and guards, O and S the dialogs (in the
-    // program's folder, for levelsets); each file:
-    // a link by its target, else its tag, "~" and a hash unless it holds the marked levelset, and
-    // its mode unless 644.
+    // program's folder, for levelsets); each file: a link by its target, else its tag, "~" and a
+    // hash unless it holds the marked levelset, and its mode unless 644.
     QMap<QString, QString> state() {
         const QString path = levelset().levelsetPath;
         QMap<QString, QString> items{
